@@ -1,0 +1,28 @@
+# What every target is compiled with.
+add_library(quillet_options INTERFACE)
+target_compile_options(quillet_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+  # Results are bit-exact: no fused multiply-add where the source has none.
+  -ffp-contract=off)
+
+# 80-bit intermediates would change results.
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86)$")
+  target_compile_options(quillet_options INTERFACE -msse2 -mfpmath=sse)
+endif()
+
+set(QUILLET_SANITIZE "" CACHE STRING "Sanitizers for every target, as in address,undefined")
+if(QUILLET_SANITIZE)
+  target_compile_options(quillet_options INTERFACE
+    -fsanitize=${QUILLET_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(quillet_options INTERFACE -fsanitize=${QUILLET_SANITIZE})
+endif()
+
+# A file whose name ends in _avx2.cpp is compiled for that instruction set, and called only where the
+# processor has it.
+function(quillet_vector_sources)
+  foreach(source ${ARGN})
+    if(source MATCHES "_avx2\\.cpp$" AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|i[3-6]86|x86)$")
+      set_source_files_properties(${source} PROPERTIES COMPILE_OPTIONS -mavx2)
+    endif()
+  endforeach()
+endfunction()
