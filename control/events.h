@@ -27,9 +27,9 @@ enum class Event : Long {
 
 enum class ValueKind {
   None,
-  Integer,
-  Long,
-  Single,
+  Int16,
+  Int32,
+  Float32,
   Boolean,
   String,
   Picture,
