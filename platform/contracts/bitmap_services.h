@@ -61,9 +61,10 @@ class BitmapServices {
   virtual BitmapHandle SelectObject(DCHandle dc, BitmapHandle bitmap) = 0;
 
   // A bitmap of the header's size, depth and row order; the caller owns it. `bits` points to its
-  // first row in memory, and stays valid as long as the bitmap lives. The alignment bytes at the
-  // end of each row are 0 and stay so through every call here; the pixels are unspecified until
-  // written. None for sizes below 1, an unknown depth, or when there is no memory.
+  // first row in memory, and stays valid as long as the bitmap lives; nothing is written through it
+  // once the bitmap belongs to a picture. The alignment bytes at the end of each row are 0 and stay
+  // so through every call here; the pixels are unspecified until written. A palette is even steps
+  // from black to white. None for sizes below 1, an unknown depth, or when there is no memory.
   virtual BitmapHandle CreateDIBSection(DCHandle dc, const BITMAPINFOHEADER& header,
                                         void*& bits) = 0;
 
@@ -73,7 +74,7 @@ class BitmapServices {
                                 const BITMAPINFOHEADER& header) = 0;
 
   // Reads the bitmap's first `rows` scan lines into a pixel block in the header's format: 24 bits,
-  // with alignment bytes 0. Returns the number of rows read, 0 on failure.
+  // the bitmap's own width, with alignment bytes 0. Returns the number of rows read, 0 on failure.
   virtual int GetDIBits(DCHandle dc, BitmapHandle bitmap, Long rows, void* bits,
                         const BITMAPINFOHEADER& header) = 0;
 

@@ -30,8 +30,9 @@ class PictureServices {
   // A new picture object that holds nothing (handle 0). Run-time error 7 when there is no memory.
   virtual PictureRef EmptyPicture() = 0;
 
-  // A new picture object on the bitmap, which from then on belongs to it. When it cannot be made
-  // (no picture object is returned) the bitmap stays the caller's.
+  // A new picture object on the bitmap, which from then on belongs to it and is not written any
+  // more; it may still be selected. When it cannot be made (no picture object is returned) the
+  // bitmap stays the caller's.
   virtual PictureRef OleCreatePictureIndirect(BitmapHandle bitmap) = 0;
 
   // Reads a picture from a BMP file (bitmap) or an ICO file (icon). Run-time errors: 53 and 76 when

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+
+#include "base/types.h"
+
+namespace quillet {
+
+// Resamples 24-bit rows: area average along an axis that shrinks, bilinear (pixel centres aligned,
+// edges clamped) along one that grows, exact at equal size. Integer arithmetic: the same pixels on
+// every processor. Row 0 of both is the first in memory. Strides in bytes; alignment bytes of the
+// target are left alone. Sizes are at least 1.
+void Resample24(const Byte* source, std::ptrdiff_t sourceStride, Long width, Long height,
+                Byte* target, std::ptrdiff_t targetStride, Long newWidth, Long newHeight);
+
+}  // namespace quillet

@@ -1,0 +1,22 @@
+#include "platform/portable/portable_platform.h"
+#include "tests/contracts/contract_platform.h"
+
+namespace quillet {
+namespace {
+
+class PortableContractPlatform : public ContractPlatform {
+ public:
+  Platform& Contracts() override { return m_platform.Contracts(); }
+  CensusCounts Census() const override { return m_platform.Census(); }
+
+ private:
+  PortablePlatform m_platform;
+};
+
+}  // namespace
+
+std::unique_ptr<ContractPlatform> MakeContractPlatform() {
+  return std::make_unique<PortableContractPlatform>();
+}
+
+}  // namespace quillet
