@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "base/types.h"
+#include "picture/kernels/kernels.h"
 
 namespace quillet {
 
@@ -12,5 +13,11 @@ namespace quillet {
 // target are left alone. Sizes are at least 1.
 void Resample24(const Byte* source, std::ptrdiff_t sourceStride, Long width, Long height,
                 Byte* target, std::ptrdiff_t targetStride, Long newWidth, Long newHeight);
+
+// The same with the instructions of that set, or of the next simpler one that has a form of its
+// own. The processor must have it.
+void Resample24(const Byte* source, std::ptrdiff_t sourceStride, Long width, Long height,
+                Byte* target, std::ptrdiff_t targetStride, Long newWidth, Long newHeight,
+                InstructionSet set);
 
 }  // namespace quillet
