@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "host/control_window.h"
 #include "platform/contracts/census.h"
 #include "platform/contracts/platform.h"
 
@@ -15,6 +16,8 @@ class ContractPlatform {
 
   virtual Platform& Contracts() = 0;
   virtual CensusCounts Census() const = 0;
+  // A window with a surface of that inside size in pixels. Destroying it is how its host closes it.
+  virtual std::unique_ptr<ControlWindow> OpenWindow(int width, int height) = 0;
 };
 
 std::unique_ptr<ContractPlatform> MakeContractPlatform();

@@ -1,0 +1,110 @@
+#include "host/portable_window.h"
+
+#include <utility>
+
+#include "base/runtime_error.h"
+#include "platform/portable/portable_platform.h"
+
+namespace quillet {
+namespace {
+
+ControlWindow::Place PlaceInTwips(const PixelRect& place) {
+  return {.left = TwipsFromPixels(place.left),
+          .top = TwipsFromPixels(place.top),
+          .width = TwipsFromPixels(place.width),
+          .height = TwipsFromPixels(place.height)};
+}
+
+}  // namespace
+
+PortableWindow::PortableWindow(PortablePlatform& platform, int width, int height)
+    : m_surface(platform.CreateSurface(width, height)) {}
+
+PortableWindow::~PortableWindow() {
+  m_surface->Close();
+}
+
+void PortableWindow::Resize(int width, int height) {
+  m_surface->UserControl().Resize(width, height);
+}
+
+void PortableWindow::Mouse(MouseAction action, int x, int y, Integer button, Integer shift) {
+  if (action != MouseAction::Move && button != 1 && button != 2 && button != 4)
+    throw RunTimeError(ErrorNumber::InvalidProcedureCall, "not a mouse button");
+  // A handler may close this window; the surface hears the rest and drops it.
+  const auto surface = m_surface;
+  SurfaceInput& input = surface->Input();
+  switch (action) {
+    case MouseAction::Down:
+      return input.MouseDown(x, y, button, shift);
+    case MouseAction::Move:
+      return input.MouseMove(x, y, button, shift);
+    case MouseAction::Up:
+      return input.MouseUp(x, y, button, shift);
+    case MouseAction::Click:
+      input.MouseDown(x, y, button, shift);
+      return input.MouseUp(x, y, button, shift);
+    case MouseAction::DblClick:
+      input.MouseDown(x, y, button, shift);
+      input.MouseUp(x, y, button, shift);
+      input.MouseDoubleDown(x, y, button, shift);
+      return input.MouseUp(x, y, button, shift);
+  }
+}
+
+void PortableWindow::Key(KeyAction action, Integer code, Integer shift) {
+  SurfaceInput& input = m_surface->Input();
+  switch (action) {
+    case KeyAction::Down:
+      return input.KeyDown(code, shift);
+    case KeyAction::Press:
+      return input.KeyPress(code);
+    case KeyAction::Up:
+      return input.KeyUp(code, shift);
+  }
+}
+
+void PortableWindow::DragThumb(Bar bar, Integer value) {
+  m_surface->Input().DragThumb(ScrollBarOf(bar), value);
+}
+
+void PortableWindow::ClickArrow(Bar bar, bool forward) {
+  m_surface->Input().ClickArrow(ScrollBarOf(bar), forward);
+}
+
+void PortableWindow::ClickPage(Bar bar, bool forward) {
+  m_surface->Input().ClickPage(ScrollBarOf(bar), forward);
+}
+
+void PortableWindow::Idle() {
+  m_surface->Idle();
+}
+
+Snapshot PortableWindow::Capture() {
+  const auto surface = m_surface;
+  surface->Idle();
+  Raster raster = surface->Render();
+  Snapshot snapshot{raster.Width(), raster.Height(), {}};
+  snapshot.rgb = std::move(raster).TakePixels();
+  return snapshot;
+}
+
+ControlWindow::Place PortableWindow::BoxPlace() const {
+  return PlaceInTwips(m_surface->picTwain().Place());
+}
+
+ControlWindow::Place PortableWindow::BarPlace(Bar bar) const {
+  const PortableScrollBar& scrollBar = ScrollBarOf(bar);
+  Place place = PlaceInTwips(scrollBar.Place());
+  place.visible = scrollBar.Visible();
+  place.min = scrollBar.Min();
+  place.max = scrollBar.Max();
+  place.value = scrollBar.Value();
+  return place;
+}
+
+PortableScrollBar& PortableWindow::ScrollBarOf(Bar bar) const {
+  return bar == Bar::Horizontal ? m_surface->HScroll1() : m_surface->VScroll1();
+}
+
+}  // namespace quillet

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "host/control_window.h"
+#include "platform/portable/portable_surface.h"
+
+namespace quillet {
+
+class PortablePlatform;
+
+// A window in memory with one surface in it. The window goes with this object; the surface may
+// outlive it, as a control does whose form was closed.
+class PortableWindow : public ControlWindow {
+ public:
+  // The inside size in pixels, border left out.
+  PortableWindow(PortablePlatform& platform, int width, int height);
+  PortableWindow(const PortableWindow&) = delete;
+  PortableWindow& operator=(const PortableWindow&) = delete;
+  ~PortableWindow() override;
+
+  std::shared_ptr<Surface> ControlsSurface() override { return m_surface; }
+  void Resize(int width, int height) override;
+  // Run-time error 5 for a press or release that is not of one button (1, 2 or 4).
+  void Mouse(MouseAction action, int x, int y, Integer button, Integer shift) override;
+  void Key(KeyAction action, Integer code, Integer shift) override;
+  void DragThumb(Bar bar, Integer value) override;
+  void ClickArrow(Bar bar, bool forward) override;
+  void ClickPage(Bar bar, bool forward) override;
+  void Idle() override;
+  Snapshot Capture() override;
+  Place BoxPlace() const override;
+  Place BarPlace(Bar bar) const override;
+
+ private:
+  PortableScrollBar& ScrollBarOf(Bar bar) const;
+
+  std::shared_ptr<PortableSurface> m_surface;
+};
+
+}  // namespace quillet
