@@ -178,15 +178,10 @@ Dib ReadDibPixels(ByteSource& source, const DibLayout& layout, std::uint64_t off
   }
 }
 
-bool LooksLikeBmp(ByteSource& source) {
-  std::array<Byte, 2> signature{};
-  return source.Read(0, signature) == 2 && signature[0] == 'B' && signature[1] == 'M';
-}
-
 Dib ReadBmp(ByteSource& source) {
-  if (!LooksLikeBmp(source)) Refuse("no BMP file");
   std::array<Byte, kFileHeaderSize> header{};
   ReadAll(source, 0, header);
+  if (header[0] != 'B' || header[1] != 'M') Refuse("no BMP file");
   const std::uint32_t pixelsStart = LoadDword(&header[10]);
   const DibLayout layout = ReadDibLayout(source, kFileHeaderSize, pixelsStart);
   return ReadDibPixels(source, layout, pixelsStart);

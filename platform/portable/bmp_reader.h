@@ -29,9 +29,6 @@ DibLayout ReadDibLayout(ByteSource& source, std::uint64_t offset,
 // found before memory is asked for; 7 when there is no memory.
 Dib ReadDibPixels(ByteSource& source, const DibLayout& layout, std::uint64_t offset);
 
-// Whether the source starts like a BMP file.
-bool LooksLikeBmp(ByteSource& source);
-
 // Reads a BMP file. Run-time errors: 481 for content that is no BMP file or cut short, 7 when there
 // is no memory.
 Dib ReadBmp(ByteSource& source);

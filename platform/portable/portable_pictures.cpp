@@ -6,6 +6,7 @@
 #include "base/runtime_error.h"
 #include "platform/portable/bmp_reader.h"
 #include "platform/portable/byte_source.h"
+#include "platform/portable/icon_reader.h"
 
 namespace quillet {
 namespace {
@@ -64,9 +65,13 @@ PictureRef PortablePictures::LoadPicture(const std::string& fileName) {
   FileSource file(fileName);
   try {
     const auto picture = std::make_shared<PortablePicture>(m_bitmaps, m_count);
-    const BitmapHandle bitmap = m_bitmaps->AddBitmap(ReadBmp(file));
-    m_bitmaps->GiveToPicture(bitmap);
-    picture->Own(PictureKind::Bitmap, bitmap);
+    if (LooksLikeIcon(file)) {
+      picture->Own(PictureKind::Icon, m_bitmaps->AddIcon(ReadIcon(file)));
+    } else {
+      const BitmapHandle bitmap = m_bitmaps->AddBitmap(ReadBmp(file));
+      m_bitmaps->GiveToPicture(bitmap);
+      picture->Own(PictureKind::Bitmap, bitmap);
+    }
     return picture;
   } catch (const std::bad_alloc&) {
     throw RunTimeError(ErrorNumber::OutOfMemory);

@@ -1,0 +1,117 @@
+#include "platform/contracts/picture_services.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/contracts/contract_platform.h"
+#include "tests/support/bmp_file.h"
+#include "tests/support/error_of.h"
+#include "tests/support/faulty_platform.h"
+#include "tests/support/pictures.h"
+#include "tests/support/print_census.h"
+#include "tests/support/temporary_folder.h"
+
+namespace quillet {
+namespace {
+
+class PictureServicesContract : public testing::Test {
+ protected:
+  ~PictureServicesContract() override { EXPECT_EQ(m_platform->Census(), CensusCounts{}); }
+
+  std::unique_ptr<ContractPlatform> m_platform = MakeContractPlatform();
+  Platform& platform = m_platform->Contracts();
+  PictureServices& services = platform.pictures;
+};
+
+TEST_F(PictureServicesContract, AnEmptyPictureHoldsNothing) {
+  const PictureRef picture = services.EmptyPicture();
+  EXPECT_EQ(picture->Kind(), PictureKind::None);
+  EXPECT_EQ(picture->Handle(), BitmapHandle::None);
+  EXPECT_FALSE(SameObject(picture, services.EmptyPicture()));
+}
+
+TEST_F(PictureServicesContract, ABitmapGoesWithTheLastReferenceToItsPicture) {
+  UniqueBitmap bitmap = MakeBitmap(platform, 3, 2, Gradient);
+  PictureRef picture = services.OleCreatePictureIndirect(bitmap.get());
+  ASSERT_TRUE(picture);
+  const BitmapHandle handle = bitmap.release();
+  EXPECT_EQ(picture->Kind(), PictureKind::Bitmap);
+  EXPECT_EQ(picture->Handle(), handle);
+  PictureRef second = picture;
+  picture.reset();
+  EXPECT_EQ(PixelsOf(platform, second), RowsOf(3, 2, Gradient));
+  second.reset();
+  BITMAP record;
+  EXPECT_FALSE(platform.bitmaps.GetObjectA(handle, record));
+}
+
+TEST_F(PictureServicesContract, ABitmapMayBeSelectedWhenItBecomesAPicture) {
+  PictureRef picture;
+  {
+    UniqueBitmap bitmap = MakeBitmap(platform, 3, 2, Gradient);
+    const UniqueDC dc(platform.bitmaps);
+    const SelectGuard selected(platform.bitmaps, dc.get(), bitmap.get());
+    picture = services.OleCreatePictureIndirect(bitmap.get());
+    static_cast<void>(bitmap.release());
+  }
+  EXPECT_EQ(PixelsOf(platform, picture), RowsOf(3, 2, Gradient));
+}
+
+TEST_F(PictureServicesContract, FilesThatAreNoPicturesAreTold) {
+  const TemporaryFolder folder;
+  const BmpFile bmp{.width = 8, .height = 8, .pixels = std::vector<Byte>(8 * 24)};
+  std::vector<Byte> cut = bmp.Bytes();
+  cut.resize(cut.size() - 4);
+  const struct {
+    std::string path;
+    ErrorNumber error;
+  } cases[] = {
+      {folder.Path("missing.bmp"), ErrorNumber::FileNotFound},
+      {"", ErrorNumber::FileNotFound},
+      {folder.Path("no/such/folder.bmp"), ErrorNumber::PathNotFound},
+      {folder.Path(""), ErrorNumber::PathFileAccess},
+      {folder.Write("empty.bmp", {}), ErrorNumber::InvalidPicture},
+      {folder.Write("text.bmp", std::vector<Byte>(100, 'x')), ErrorNumber::InvalidPicture},
+      {folder.Write("cut.bmp", cut), ErrorNumber::InvalidPicture},
+  };
+  for (const auto& [path, error] : cases) {
+    EXPECT_EQ(ErrorOf([&] { services.LoadPicture(path); }), error) << path;
+  }
+}
+
+TEST_F(PictureServicesContract, FilesGiveBitmapsOfTheirOwnDepthAndIcons) {
+  const std::vector<Pixel> palette{{0, 0, 0}, {10, 20, 30}, {255, 255, 255}};
+  for (const int depth : {4, 8}) {
+    const PictureRef picture = PalettePicture(platform, depth, palette, 7, 3, [](Long x, Long y) {
+      return static_cast<Byte>((x + y) % 4);
+    });
+    ASSERT_EQ(picture->Kind(), PictureKind::Bitmap);
+    BITMAP record;
+    ASSERT_TRUE(platform.bitmaps.GetObjectA(picture->Handle(), record));
+    EXPECT_EQ(record.bmBitsPixel, depth);
+    EXPECT_EQ(PixelsOf(platform, picture), RowsOf(7, 3, [&](Long x, Long y) {
+                const std::size_t index = static_cast<std::size_t>((x + y) % 4);
+                return index < palette.size() ? palette[index] : Pixel{};
+              }));
+  }
+  const PictureRef icon = IconPicture(platform);
+  EXPECT_EQ(icon->Kind(), PictureKind::Icon);
+  EXPECT_NE(icon->Handle(), BitmapHandle::None);
+  EXPECT_EQ(PixelsOf(platform, icon).width, 0);
+}
+
+TEST_F(PictureServicesContract, ABitmapStaysTheCallersWhenItsPictureCannotBeMade) {
+  EXPECT_FALSE(services.OleCreatePictureIndirect(BitmapHandle::None));
+  FaultyPlatform faulty(platform);
+  PictureOf(faulty.Contracts(), 3, 2, Gradient);
+  const int calls = faulty.Calls();
+  ASSERT_GE(calls, 3);
+  for (int call = 1; call <= calls; ++call) {
+    faulty.FailCall(call);
+    PictureOf(faulty.Contracts(), 3, 2, Gradient);
+    EXPECT_TRUE(faulty.HasFailed());
+    EXPECT_EQ(m_platform->Census(), CensusCounts{}) << call;
+  }
+}
+
+}  // namespace
+}  // namespace quillet
