@@ -51,7 +51,7 @@ std::vector<char> BmpHeader(TestPageSize size, int dotsPerInch, std::size_t pixe
 
 void WritePage(int dotsPerInch, const std::string& fileName) {
   const TestPageSize size = SizeOfTestPage(dotsPerInch);
-  const auto stride = static_cast<std::size_t>((3 * size.width + 3) / 4 * 4);
+  const std::size_t stride = (3 * static_cast<std::size_t>(size.width) + 3) / 4 * 4;
   std::vector<Byte> pixels(stride * static_cast<std::size_t>(size.height));
   RenderTestPage(dotsPerInch, pixels.data() + pixels.size() - stride,
                  -static_cast<std::ptrdiff_t>(stride));

@@ -52,7 +52,7 @@ PageCanvas::Pixels PageCanvas::CentresIn(const PageBox& box) const {
 }
 
 PageCanvas::Pixels PageCanvas::Touched(const PageBox& box) const {
-  const auto clamped = [this](double position, int limit) {
+  const auto clamped = [](double position, int limit) {
     return std::clamp(ToLong(position), 0, limit);
   };
   return {clamped(std::floor(box.left * m_scale), m_width),

@@ -49,7 +49,9 @@ class PageCanvas {
     int left, top, right, bottom;
   };
 
-  Byte* At(int column, int row) const noexcept { return m_rows + row * m_stride + 3 * column; }
+  Byte* At(int column, int row) const noexcept {
+    return m_rows + row * m_stride + std::ptrdiff_t{3} * column;
+  }
   void Put(int column, int row, PageColor color) const noexcept;
   void Blend(int column, int row, PageColor color, Byte share) const noexcept;
   PagePoint Centre(int column, int row) const noexcept {

@@ -214,7 +214,7 @@ PageColor TestPhoto::At(int column, int row, PagePoint point) const {
   if (grass > 0) light = Mix(light, Meadow(x, y), grass);
   light = Trees(x, y, light);
 
-  const double dx = (x - kWidth / 2) / 40000.0, dy = (y - 22000) / 32000.0;
+  const double dx = (x - 0.5 * kWidth) / 40000.0, dy = (y - 22000) / 32000.0;
   const double vignette = 1 - 0.22 * (dx * dx + dy * dy) * (dx * dx + dy * dy);
   const double grain = 6 * (Hash(column, row, 907) - 0.5);
   const auto toByte = [&](double value) {

@@ -8,8 +8,8 @@
 namespace quillet {
 
 struct TextStyle {
-  double capitalHeight;  // in millimetres
-  double pen;            // stroke width as a part of the capital height
+  double capitalHeight = 0;  // in millimetres
+  double pen = 0;            // stroke width as a part of the capital height
   PageColor color;
   double slant = 0;  // way to the right for one unit up
 };
