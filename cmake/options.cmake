@@ -13,7 +13,10 @@ endif()
 set(QUILLET_SANITIZE "" CACHE STRING "Sanitizers for every target, as in address,undefined")
 if(QUILLET_SANITIZE)
   target_compile_options(quillet_options INTERFACE
-    -fsanitize=${QUILLET_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=${QUILLET_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+    # The instrumentation hides from the compiler that an optional's value is read only where it is
+    # set. The builds without it keep the warning.
+    -Wno-maybe-uninitialized)
   target_link_options(quillet_options INTERFACE -fsanitize=${QUILLET_SANITIZE})
 endif()
 
