@@ -159,7 +159,7 @@ void Resample24(const Byte* source, std::ptrdiff_t sourceStride, Long width, Lon
     return;
   }
   const RowPass rowPass(kernels, width, newWidth);
-  if (newHeight <= height) {
+  if (newHeight < height || (newHeight == height && newWidth < width)) {
     // Fewer rows first: less is left to do within them.
     const Spans spans(height, newHeight);
     std::vector<Level> levels = LevelRow(width);

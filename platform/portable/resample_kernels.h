@@ -14,10 +14,10 @@
 // Average (an axis that shrinks, by old / new = r > 1): target pixel t covers the source interval
 // [t r, (t + 1) r), which takes part of a first and of a last source pixel and all of those
 // between. The weights are the shares of the interval, each rounded to a multiple of 2^-bits; the
-// sum of weight times value is exact, and the result is rounded once, halves up. With 24 bits up to
-// r = 256 and 40 beyond, weights are at most 2^-17 off in sum: what is rounded to a pixel lies
-// within 1/200 of a grey level of the exact average, nearly all of it from rounding to levels, and
-// one colour stays that colour.
+// sum of weight times value is exact, and rounded once, halves up. What is rounded to a pixel lies
+// within 1/256 of a grey level of the exact average, all but nothing of it from the rounding to
+// levels; only where both axes shrink near kNarrowRatio times may the weights add as much again.
+// One colour stays that colour.
 //
 // Blend (an axis that grows or keeps its size): a + ((b - a) w + 2^14 >> 15) of two neighbouring
 // levels, w the distance from the first in multiples of 2^-15, below 1.
@@ -36,6 +36,7 @@ struct Span {
   std::uint64_t weightLast = 0;
 };
 
+// Up to kNarrowRatio the sum over rows fits 32 bits; beyond, finer weights take 64.
 inline constexpr int kNarrowWeightBits = 24;
 inline constexpr int kWideWeightBits = 40;
 inline constexpr Long kNarrowRatio = 256;
