@@ -10,12 +10,6 @@
 #include "picture/pixel_loan.h"
 
 namespace quillet {
-namespace {
-
-// As many source rows as keep the target lines that they touch in the first-level cache.
-constexpr Long kRowsPerStrip = 128;
-
-}  // namespace
 
 void cPicture24::Flip() {
   if (m_width < 1) return;
@@ -42,8 +36,8 @@ void cPicture24::Rotate() {
   const Long height = source.Height();
   DibSection target = DibSection::Create(m_platform.bitmaps, height, source.Width());
   ForEachRow(0, height - 1, height, [&](Long y) {
-    if (y % kRowsPerStrip != 0) return;
-    const Long rows = std::min(kRowsPerStrip, height - y);
+    if (y % kRotateStripRows != 0) return;
+    const Long rows = std::min(kRotateStripRows, height - y);
     // Row y becomes the rightmost of the strip's target columns.
     const std::ptrdiff_t leftmost = height - y - rows;
     m_kernels.RotateStrip(source.Row(y), source.Stride(), source.Width(), rows,
