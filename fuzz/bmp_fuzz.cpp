@@ -1,0 +1,23 @@
+// Feeds arbitrary bytes to the BMP and icon readers. Build with clang:
+//   clang++ -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -I. fuzz/bmp_fuzz.cpp
+//       base/*.cpp platform/portable/{bitmap_convert,bmp_reader,bmp_rle,byte_source,dib,
+//       icon_reader,pixel_memory}.cpp
+#include <cstddef>
+
+#include "base/runtime_error.h"
+#include "platform/portable/bmp_reader.h"
+#include "platform/portable/icon_reader.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const quillet::Byte* data, std::size_t size) {
+  quillet::MemorySource source({data, size});
+  try {
+    if (quillet::LooksLikeIcon(source)) {
+      quillet::ReadIcon(source);
+    } else {
+      quillet::ReadBmp(source);
+    }
+  } catch (const quillet::RunTimeError&) {
+    // How bad input is told.
+  }
+  return 0;
+}
