@@ -83,8 +83,10 @@ BitmapHandle PortableBitmaps::CopyImage(BitmapHandle bitmap, Long width, Long he
   const Dib& dib = source->dib;
   if (width == 0) width = dib.Width();
   if (height == 0) height = dib.Height();
-  if (width != dib.Width() || height != dib.Height()) return BitmapHandle::None;
   return OrWithoutMemory(BitmapHandle::None, [&] {
+    if (width != dib.Width() || height != dib.Height()) {
+      return AddBitmap(Stretch(dib, width, height));
+    }
     Dib copy = dib;
     if (source->bitsExposed && !source->inPicture) copy.MakeWritable();
     return AddBitmap(std::move(copy));

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/portable/bitmap_convert.h"
+#include "platform/portable/resample.h"
 
 namespace quillet {
 
@@ -47,6 +48,22 @@ void ReadRows24(const Dib& source, Long rows, bool topDown, Byte* block) {
     }
   }
   ClearAlignment(block, rowBytes, stride, rows);
+}
+
+Dib Stretch(const Dib& source, Long width, Long height) {
+  Dib result({.width = width, .height = height, .depth = 24});
+  const auto resample = [&](const Dib& rows) {
+    Resample24(rows.Bits(), rows.Stride(), rows.Width(), rows.Height(), result.WritableBits(),
+               result.Stride(), width, height);
+  };
+  if (source.Depth() == 24 && source.GetFormat().topDown) {
+    resample(source);
+  } else {
+    Dib rows({.width = source.Width(), .height = source.Height(), .depth = 24});
+    ReadRows24(source, source.Height(), true, rows.WritableBits());
+    resample(rows);
+  }
+  return result;
 }
 
 }  // namespace quillet

@@ -25,4 +25,8 @@ void TransferPixels(const PixelRows& source, PixelPoint from, Dib& target, Pixel
 // rows, or, for a block whose rows go bottom-up, the lowest ones.
 void ReadRows24(const Dib& source, Long rows, bool topDown, Byte* block);
 
+// The bitmap's pixels resampled to another size: 24 bits, rows top-down, without resolution. Throws
+// std::bad_alloc.
+Dib Stretch(const Dib& source, Long width, Long height);
+
 }  // namespace quillet

@@ -258,6 +258,30 @@ TEST_F(BitmapServicesContract, ACopyAndItsSourceChangeApart) {
   EXPECT_EQ(PixelsOf(platform, copy.get()), before);
 }
 
+TEST_F(BitmapServicesContract, ACopyOfAnotherSizeShowsTheSameInThatSize) {
+  const auto halves = [](Long width) {
+    return [width](Long x, Long) { return x < width / 2 ? Pixel{10, 20, 30} : Pixel{200, 0, 90}; };
+  };
+  const PictureRef indexed = PalettePicture(platform, 8, {{10, 20, 30}, {200, 0, 90}}, 8, 6,
+                                            [](Long x, Long) { return static_cast<Byte>(x / 4); });
+  const PictureRef colors = PictureOf(platform, 8, 6, halves(8));
+  for (const PictureRef& picture : {indexed, colors}) {
+    const UniqueBitmap half(services, services.CopyImage(picture->Handle(), 4, 3));
+    EXPECT_EQ(PixelsOf(platform, half.get()), RowsOf(4, 3, halves(4)));
+    const UniqueBitmap large(services, services.CopyImage(picture->Handle(), 80, 7));
+    const PixelRows24 shown = PixelsOf(platform, large.get());
+    ASSERT_EQ(shown.width, 80);
+    ASSERT_EQ(shown.height, 7);
+    EXPECT_EQ(shown.At(0, 6), (Pixel{10, 20, 30}));
+    EXPECT_EQ(shown.At(79, 0), (Pixel{200, 0, 90}));
+
+    for (const auto& [width, height] :
+         {std::pair<Long, Long>{-1, 4}, {4, kMin}, {kMax, 1}, {60000, 60000}}) {
+      EXPECT_EQ(services.CopyImage(picture->Handle(), width, height), BitmapHandle::None);
+    }
+  }
+}
+
 TEST_F(BitmapServicesContract, ACopyOutlivesThePictureItWasMadeFrom) {
   PictureRef picture = PictureOf(platform, 9, 4, Gradient);
   const UniqueBitmap copy(services, services.CopyImage(picture->Handle(), 0, 0));
