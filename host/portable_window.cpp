@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/rounding.h"
 #include "base/runtime_error.h"
 #include "platform/portable/portable_platform.h"
 
@@ -29,26 +30,29 @@ void PortableWindow::Resize(int width, int height) {
 }
 
 void PortableWindow::Mouse(MouseAction action, int x, int y, Integer button, Integer shift) {
-  if (action != MouseAction::Move && button != 1 && button != 2 && button != 4)
-    throw RunTimeError(ErrorNumber::InvalidProcedureCall, "not a mouse button");
+  const bool known = action == MouseAction::Move ? button >= 0 && button <= 7
+                                                 : button == 1 || button == 2 || button == 4;
+  if (!known) throw RunTimeError(ErrorNumber::InvalidProcedureCall, "not a mouse button");
+  const Integer column = ToInteger(x);
+  const Integer row = ToInteger(y);
   // A handler may close this window; the surface hears the rest and drops it.
   const auto surface = m_surface;
   SurfaceInput& input = surface->Input();
   switch (action) {
     case MouseAction::Down:
-      return input.MouseDown(x, y, button, shift);
+      return input.MouseDown(column, row, button, shift);
     case MouseAction::Move:
-      return input.MouseMove(x, y, button, shift);
+      return input.MouseMove(column, row, button, shift);
     case MouseAction::Up:
-      return input.MouseUp(x, y, button, shift);
+      return input.MouseUp(column, row, button, shift);
     case MouseAction::Click:
-      input.MouseDown(x, y, button, shift);
-      return input.MouseUp(x, y, button, shift);
+      input.MouseDown(column, row, button, shift);
+      return input.MouseUp(column, row, button, shift);
     case MouseAction::DblClick:
-      input.MouseDown(x, y, button, shift);
-      input.MouseUp(x, y, button, shift);
-      input.MouseDoubleDown(x, y, button, shift);
-      return input.MouseUp(x, y, button, shift);
+      input.MouseDown(column, row, button, shift);
+      input.MouseUp(column, row, button, shift);
+      input.MouseDoubleDown(column, row, button, shift);
+      return input.MouseUp(column, row, button, shift);
   }
 }
 

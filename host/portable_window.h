@@ -19,7 +19,8 @@ class PortableWindow : public ControlWindow {
 
   std::shared_ptr<Surface> ControlsSurface() override { return m_surface; }
   void Resize(int width, int height) override;
-  // Run-time error 5 for a press or release that is not of one button (1, 2 or 4).
+  // Run-time errors: 5 for a press or release that is not of one button (1, 2 or 4) and for a move
+  // with others than these, 6 for a point beyond 16 bits.
   void Mouse(MouseAction action, int x, int y, Integer button, Integer shift) override;
   void Key(KeyAction action, Integer code, Integer shift) override;
   void DragThumb(Bar bar, Integer value) override;

@@ -49,11 +49,11 @@ SurfaceInput::SurfaceInput(SurfaceLink& link, const PortableControlSurface& cont
       m_horizontal(horizontal),
       m_vertical(vertical) {}
 
-void SurfaceInput::MouseDown(int x, int y, Integer button, Integer shift) {
+void SurfaceInput::MouseDown(Integer x, Integer y, Integer button, Integer shift) {
   Press(x, y, button, shift, false);
 }
 
-void SurfaceInput::MouseDoubleDown(int x, int y, Integer button, Integer shift) {
+void SurfaceInput::MouseDoubleDown(Integer x, Integer y, Integer button, Integer shift) {
   Press(x, y, button, shift, true);
 }
 
@@ -66,7 +66,7 @@ void SurfaceInput::Press(int x, int y, Integer button, Integer shift, bool secon
   }
   m_held = LowWord(m_held | button);
   if (m_pressedBar) {
-    if (button == kLeftButton) PressBar(x, y);
+    if (button == kLeftButton && BarAt(x, y) == m_pressedBar) PressBar(x, y);
   } else if (m_boxPressed) {
     m_focus = nullptr;
     if (button == kLeftButton) m_clickDue = !second;
@@ -101,7 +101,7 @@ void SurfaceInput::PressBar(int x, int y) {
   }
 }
 
-void SurfaceInput::MouseMove(int x, int y, Integer buttons, Integer shift) {
+void SurfaceInput::MouseMove(Integer x, Integer y, Integer buttons, Integer shift) {
   const auto alive = m_link.KeepAlive();
   if (!MouseReaches()) return;
   if (m_pressedBar) {
@@ -117,7 +117,7 @@ void SurfaceInput::MouseMove(int x, int y, Integer buttons, Integer shift) {
   }
 }
 
-void SurfaceInput::MouseUp(int x, int y, Integer button, Integer shift) {
+void SurfaceInput::MouseUp(Integer x, Integer y, Integer button, Integer shift) {
   const auto alive = m_link.KeepAlive();
   if (!MouseReaches()) return;
   const bool inBox = InBox(x, y);

@@ -19,13 +19,13 @@ class SurfaceInput {
   SurfaceInput(SurfaceLink& link, const PortableControlSurface& control, PortablePictureBox& box,
                PortableScrollBar& horizontal, PortableScrollBar& vertical);
 
-  void MouseDown(int x, int y, Integer button, Integer shift);
+  void MouseDown(Integer x, Integer y, Integer button, Integer shift);
   // The second press of a double click. For the left button the box raises DblClick in place of
   // MouseDown, and no Click for the release.
-  void MouseDoubleDown(int x, int y, Integer button, Integer shift);
+  void MouseDoubleDown(Integer x, Integer y, Integer button, Integer shift);
   // `buttons` are those held, besides the ones this surface saw going down.
-  void MouseMove(int x, int y, Integer buttons, Integer shift);
-  void MouseUp(int x, int y, Integer button, Integer shift);
+  void MouseMove(Integer x, Integer y, Integer buttons, Integer shift);
+  void MouseUp(Integer x, Integer y, Integer button, Integer shift);
 
   // Keys are previewed at the control, wherever the focus is. A bar with the focus then moves by
   // the arrow, page, home and end keys (virtual key codes) that the handler let pass.

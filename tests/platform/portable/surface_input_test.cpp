@@ -66,8 +66,7 @@ TEST_F(SurfaceInputTest, APressDoesWhatItLandsOn) {
   bar.PutValue(450);
   ASSERT_EQ(bar.Geometry().ThumbStart(), 107);
   const struct {
-    int y;
-    Integer button, value;
+    Integer y, button, value;
   } cases[] = {
       {0, 1, 440},   {16, 1, 440},  {17, 1, 350},  {106, 1, 350}, {107, 1, 450}, {126, 1, 450},
       {127, 1, 550}, {216, 1, 550}, {217, 1, 460}, {231, 1, 460}, {0, 2, 450},   {217, 4, 450},
