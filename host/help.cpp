@@ -1,0 +1,66 @@
+#include "host/help.h"
+
+namespace quillet {
+
+const char* const kHelp = R"(Usage: quillet [option | step]...
+
+Puts the TWAIN control in a window and runs steps against it, in order.
+
+Steps
+  Name=value        writes a property
+  Name              reads a property, or calls a method without arguments
+  Name:a,b          calls a method; an empty field is an omitted argument
+  @verb:...         does what the host or the user does (below)
+
+  A step is split at its first = or :. Names ignore case. In arguments, \, is a comma and any other
+  backslash is just a backslash; a method whose one parameter is a String takes all that follows
+  the colon. Numbers are decimal, or hexadecimal with &H or 0x; Booleans are True or False;
+  enumeration values may be given by name, as in Fit:twFITWIDTH. Where a picture is expected
+  (Picture=, MouseIcon=, Compare:), text names a BMP or ICO file, @x the picture kept as x, and
+  Picture= assigns nothing. A file whose name begins with @ is ./@...
+
+  Reads and results print one line: numbers and text as they are, with line feed, carriage return,
+  NUL and backslash as \n, \r, \0 and \\; a picture as WxH in pixels (0x0 without bitmap); no
+  picture as Nothing.
+
+What the host and the user do (points and sizes in pixels of the control's inside)
+  @snapshot:FILE.png          saves what a person sees of the control, border included
+  @resize:WxH                 gives the control a new inside size
+  @scroll:h|v,VALUE           drags a scroll bar's thumb there and lets go
+  @arrow:h|v,+|-              clicks a scroll bar's arrow
+  @page:h|v,+|-               clicks in a scroll bar beside the thumb
+  @mouse:down|move|up|click|dblclick,X,Y[,BUTTON[,SHIFT]]
+                              BUTTON 1 left (if not given), 2 right, 4 middle, for move the sum of
+                              those held; SHIFT the sum of 1 shift, 2 control, 4 alt
+  @key:down|press|up,CODE[,SHIFT]
+  @layout                     prints left, top, width and height in twips, of the picture box with
+                              its size in pixels, of the bars with visible, min, max and value
+  @keep:NAME                  keeps the picture that the control has now
+
+Options
+  --view WxH        inside size without scroll bars, in pixels (800x600)
+  --steps FILE|-    runs the steps in a file or standard input, one a line, at this place among the
+                    others; blank lines and lines that begin with # are skipped
+  --events          prints each event and property-change notification as it comes
+  --on EVENT=STEP   runs a step inside that event, but not inside one that the step itself caused;
+                    may be repeated
+  --byref           prints arguments that a call changed
+  --keep-going      goes on after a step that failed
+  --leaks           prints which platform objects are left when the control is gone
+  --members         prints the control's members and ends
+  --version, --help
+
+Exit status
+  0  everything went well
+  1  a step failed; the run ends there unless --keep-going (or with --leaks, something is left)
+  2  wrong usage, found before anything runs
+  3  Save or SaveAdd answered a status other than 0
+
+Examples
+  quillet Picture=page.bmp Rotate Fit:twFITWIDTH @snapshot:page.png
+  quillet --view 320x200 Picture=page.bmp @scroll:v,120 @layout @snapshot:view.png
+  quillet --events --on Click=Flip Picture=page.bmp @mouse:click,10,10
+  quillet Picture=a.bmp @keep:a Flip Flip Compare:@a
+)";
+
+}  // namespace quillet

@@ -1,0 +1,67 @@
+#include "host/session.h"
+
+#include <stdexcept>
+
+#include "control/TWAIN.h"
+#include "host/enumerations.h"
+#include "host/step.h"
+
+namespace quillet {
+
+// The host's ear, held by the control. Deaf once the session has begun to end.
+class Session::Listener : public EventSink, public Site {
+ public:
+  explicit Listener(SessionEvents& events) : m_events(&events) {}
+
+  void Close() noexcept { m_events = nullptr; }
+
+  void Invoke(Event event, std::span<Variant> arguments) override {
+    if (m_events) m_events->EventRaised(event, arguments);
+  }
+  void PropertyChanged(std::string_view name) override {
+    if (m_events) m_events->PropertyChanged(name);
+  }
+
+ private:
+  SessionEvents* m_events;
+};
+
+Session::Session(Platform& platform, std::unique_ptr<ControlWindow> window, SessionEvents& events)
+    : m_platform(platform),
+      m_listener(std::make_shared<Listener>(events)),
+      m_window(std::move(window)),
+      m_control(TWAIN::Create(platform, m_window->ControlsSurface(), m_listener)),
+      m_cookie(m_control->Connect(m_listener)) {
+  m_control->InitProperties();
+}
+
+Session::~Session() {
+  m_listener->Close();
+  m_control->Disconnect(m_cookie);
+}
+
+Variant Session::Invoke(const Member& member, std::span<Variant> arguments) {
+  return quillet::Invoke(*m_control, member.number, member.access, arguments);
+}
+
+Variant Session::Argument(ValueKind kind, const std::string& text) {
+  if (kind == ValueKind::Picture) return PictureNamed(text);
+  if (const auto value = EnumerationValue(kind, text)) return std::to_string(*value);
+  return text;
+}
+
+void Session::KeepPicture(const std::string& name) {
+  const Member* picture = FindMember(NumberOf("Picture"), Access::Get);
+  m_kept[name] = VariantToObject(Invoke(*picture, {}));
+}
+
+ObjectRef Session::PictureNamed(const std::string& text) {
+  if (text.empty()) return nullptr;
+  const auto name = KeptName(text);
+  if (!name) return m_platform.pictures.LoadPicture(text);
+  const auto kept = m_kept.find(*name);
+  if (kept == m_kept.end()) throw std::runtime_error("nothing is kept as " + *name + " yet");
+  return kept->second;
+}
+
+}  // namespace quillet
