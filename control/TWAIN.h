@@ -108,8 +108,11 @@ class TWAIN : public std::enable_shared_from_this<TWAIN> {
   void ResetZoom();
   void ShowPicture(const PictureRef& picture);
   void LayoutView(Long lWidth, Long lHeight);
+  Single BorderAllowance() const;
+  void PlaceBox(bool besideV, bool besideH);
   void SetRange(ScrollBar& bar, Long max);
   void ApplyZoom();
+  void Refit();
 
   // Drives an image method: picture into the buffer, the buffer's operation, a new picture out of
   // it.

@@ -24,6 +24,7 @@ struct LayoutStart {
 // further layouts.
 class LayoutNest {
  public:
+  // The box's resizes start no layouts.
   bool IsSettled() const noexcept { return m_settled; }
 
   // One layout, from its start to its end.
@@ -37,6 +38,8 @@ class LayoutNest {
       m_nest.m_settled = false;
       m_nest.m_starts.clear();
     }
+
+    void Settle() noexcept { m_nest.m_settled = true; }
 
     void StartFrom(const LayoutStart& start) {
       auto& starts = m_nest.m_starts;

@@ -70,6 +70,22 @@ void TWAIN::ShowPicture(const PictureRef& picture) {
     m_surface->picTwain().PutPicture(m_DisplayPicture);
 }
 
+Single TWAIN::BorderAllowance() const {
+  Single allowance = 0;
+  Attempt([&] {
+    if (m_surface->UserControl().BorderStyle() == 1) allowance = kBorderAllowance;
+  });
+  return allowance;
+}
+
+// Gives the picture box what the border and the bars that it stands beside leave.
+void TWAIN::PlaceBox(bool besideV, bool besideH) {
+  const ControlSurface& surface = m_surface->UserControl();
+  const Single width = surface.Width() - (besideV ? kBarThickness : 0) - BorderAllowance();
+  const Single height = surface.Height() - (besideH ? kBarThickness : 0) - BorderAllowance();
+  m_surface->picTwain().Move(0, 0, width, height);
+}
+
 // Every step is an attempt of its own: a surface that refuses one must not stop the others. Moving
 // the box may run further layouts before the move returns (picTwain_Resize).
 void TWAIN::LayoutView(Long lWidth, Long lHeight) {
@@ -83,11 +99,7 @@ void TWAIN::LayoutView(Long lWidth, Long lHeight) {
     if (m_AutoRedraw)
       layout.StartFrom({box.ScaleWidth(), box.ScaleHeight(), surface.Width(), surface.Height()});
   });
-  const auto border = [&] { return surface.BorderStyle() == 1 ? kBorderAllowance : 0.0f; };
-  const auto moveBox = [&](Single barWidth, Single barHeight) {
-    box.Move(0, 0, surface.Width() - barWidth - border(), surface.Height() - barHeight - border());
-  };
-  if (m_layouts.IsSettled()) Attempt([&] { moveBox(0, 0); });
+  if (m_layouts.IsSettled()) Attempt([&] { PlaceBox(false, false); });
 
   bool needV = false;
   bool needH = false;
@@ -99,7 +111,7 @@ void TWAIN::LayoutView(Long lWidth, Long lHeight) {
   });
   const Single barWidth = needV ? kBarThickness : 0;
   const Single barHeight = needH ? kBarThickness : 0;
-  if (m_layouts.IsSettled()) Attempt([&] { moveBox(barWidth, barHeight); });
+  if (m_layouts.IsSettled()) Attempt([&] { PlaceBox(needV, needH); });
 
   Long maxH = 0;
   Long maxV = 0;
@@ -108,19 +120,19 @@ void TWAIN::LayoutView(Long lWidth, Long lHeight) {
 
   SetRange(horizontal, maxH);
   Attempt([&] {
-    horizontal.Move(0, surface.Height() - barHeight - border(),
+    horizontal.Move(0, surface.Height() - barHeight - BorderAllowance(),
                     surface.Width() - barWidth - kBarShortening);
   });
   Attempt([&] { horizontal.PutVisible(needH); });
 
   SetRange(vertical, maxV);
   Attempt([&] {
-    vertical.Move(surface.Width() - barWidth - border(), 0, barWidth,
+    vertical.Move(surface.Width() - barWidth - BorderAllowance(), 0, barWidth,
                   surface.Height() - barHeight - kBarShortening);
   });
   Attempt([&] { vertical.PutVisible(needV); });
 
-  Attempt([&] { moveBox(barWidth, barHeight); });
+  Attempt([&] { PlaceBox(needV, needH); });
   if (m_AutoRedraw && (needH || needV)) Attempt([&] { HScroll1_Change(); });
 }
 
@@ -163,8 +175,19 @@ void TWAIN::Refresh() {
   m_surface->picTwain().Refresh();
 }
 
+// A fit that follows the view needs the new view first: the box takes the control's new size,
+// beside the bars that it has, without showing the outgrown picture in it.
+void TWAIN::Refit() {
+  {
+    LayoutNest::Layout layout(m_layouts);
+    layout.Settle();
+    PlaceBox(m_surface->VScroll1().Visible(), m_surface->HScroll1().Visible());
+  }
+  Fit(m_FitType);
+}
+
 void TWAIN::UserControl_Resize() {
-  if (m_FitType == twFITWIDTH || m_FitType == twFITSTRECH) Attempt([&] { Fit(m_FitType); });
+  if (m_FitType == twFITWIDTH || m_FitType == twFITSTRECH) Attempt([&] { Refit(); });
   Attempt([&] { ShowPicture(m_DisplayPicture); });
   RaiseEvent(Event::Resize);
 }

@@ -61,7 +61,7 @@ TEST(Zoom, RoundsASinglePrecisionFactorTimesTheSize) {
     const char* displayed;
   } cases[] = {
       {150, 101, 51, "152x76"}, {110, 15, 10, "17x11"}, {90, 15, 10, "13x9"},
-      {100, 40, 30, "40x30"},   {50, 101, 51, "50x26"}, {1, 150, 150, "2x2"},
+      {100, 40, 30, "40x30"},   {50, 101, 51, "50x26"}, {1, 150, 150, "1x1"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.factor);
@@ -108,6 +108,16 @@ TEST(Fit, OnlyWidthAndStretchFollowAResize) {
     if (std::string(c.displayed) == "300x150") hosted.window->Resize(400, 400);
     EXPECT_EQ(Displayed(hosted), c.displayed);
   }
+}
+
+TEST(Fit, ARefitTakesTheBoxOfTheNewSizeWithItsBars) {
+  HostedControl hosted(300, 300);
+  hosted.Assign(100, 200);
+  hosted.Call("Fit", Long{twFITWIDTH});
+  EXPECT_EQ(hosted.Layout(), "283x283 hv");  // 300x600 beside bars that were not there when it was made
+  hosted.window->Resize(250, 310);
+  EXPECT_EQ(hosted.Layout(), "233x310 v");
+  EXPECT_EQ(hosted.BarMax(Bar::Vertical), 466 - 310);
 }
 
 TEST(Fit, SizesBelowOnePixelAreError9AndKeepTheDisplay) {
