@@ -54,42 +54,46 @@ RowConverter::RowConverter(const Dib::Format& format)
 
 void RowConverter::To24(const Byte* row, Long first, Long count, Byte* target) const noexcept {
   const std::ptrdiff_t start = first;
-  switch (m_depth) {
-    case 16:
-    case 32: {
-      const int bytes = m_depth / 8;
-      const Byte* p = row + start * bytes;
-      for (Long i = 0; i < count; ++i, p += bytes, target += 3) {
-        if (m_plain32) {
-          target[0] = p[0];
-          target[1] = p[1];
-          target[2] = p[2];
-          continue;
-        }
-        const std::uint32_t pixel = bytes == 2 ? LoadWord(p) : LoadDword(p);
-        target[0] = m_blue.Expand(pixel);
-        target[1] = m_green.Expand(pixel);
-        target[2] = m_red.Expand(pixel);
-      }
-      return;
+  const auto masked = [&](const Byte* pixels, int bytes, auto load) {
+    for (Long i = 0; i < count; ++i, pixels += bytes, target += 3) {
+      const std::uint32_t pixel = load(pixels);
+      target[0] = m_blue.Expand(pixel);
+      target[1] = m_green.Expand(pixel);
+      target[2] = m_red.Expand(pixel);
     }
+  };
+  switch (m_depth) {
+    case 1:
+      return IndexesTo24<1>(row, first, count, target);
+    case 4:
+      return IndexesTo24<4>(row, first, count, target);
+    case 8:
+      return IndexesTo24<8>(row, first, count, target);
+    case 16:
+      return masked(row + start * 2, 2, [](const Byte* p) { return std::uint32_t{LoadWord(p)}; });
     case 24:
       std::memmove(target, row + start * 3, static_cast<std::size_t>(count) * 3);
       return;
     default:
-      IndexesTo24(row, first, count, target);
+      if (!m_plain32) return masked(row + start * 4, 4, LoadDword);
+      const Byte* pixel = row + start * 4;
+      for (Long i = 0; i < count; ++i, pixel += 4, target += 3) {
+        target[0] = pixel[0];
+        target[1] = pixel[1];
+        target[2] = pixel[2];
+      }
   }
 }
 
+template <int depth>
 void RowConverter::IndexesTo24(const Byte* row, Long first, Long count,
                                Byte* target) const noexcept {
-  const int perByte = 8 / m_depth;
-  const int mask = (1 << m_depth) - 1;
-  for (Long i = 0; i < count; ++i, target += 3) {
-    const std::int64_t x = std::int64_t{first} + i;
-    const int shift = 8 - m_depth * (static_cast<int>(x % perByte) + 1);
-    const PaletteColor color =
-        m_palette[static_cast<std::size_t>(row[x / perByte] >> shift & mask)];
+  constexpr unsigned kPerByte = 8 / depth;
+  constexpr unsigned kMask = (1 << depth) - 1;
+  const std::uint32_t end = static_cast<std::uint32_t>(first) + static_cast<std::uint32_t>(count);
+  for (std::uint32_t x = static_cast<std::uint32_t>(first); x < end; ++x, target += 3) {
+    const unsigned shift = 8 - depth * (x % kPerByte + 1);
+    const PaletteColor color = m_palette[row[x / kPerByte] >> shift & kMask];
     target[0] = color.blue;
     target[1] = color.green;
     target[2] = color.red;

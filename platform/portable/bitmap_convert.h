@@ -36,6 +36,7 @@ class RowConverter {
     std::array<Byte, 256> m_table{};  // for channels of up to 8 bits
   };
 
+  template <int depth>
   void IndexesTo24(const Byte* row, Long first, Long count, Byte* target) const noexcept;
   void IndexesFrom24(const Byte* source, Long first, Long count, Byte* row) const noexcept;
   int NearestColor(const Byte* pixel) const noexcept;

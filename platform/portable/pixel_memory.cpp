@@ -29,22 +29,21 @@ Byte* MapAligned(std::size_t size) {
   return begin + head;
 }
 
-// Whole small pages, so that a mapping's end can be given back.
-std::size_t PageMultiple(std::size_t size) {
-  constexpr std::size_t kPage = std::size_t{64} << 10;  // the largest page in common use
-  return (size + kPage - 1) / kPage * kPage;
+// The tail gets a large page too: as many small ones would cost more than the rest of the block.
+std::size_t WholePages(std::size_t size) {
+  return (size + kLargePage - 1) / kLargePage * kLargePage;
 }
 
 }  // namespace
 
 PixelMemory::PixelMemory(std::size_t size)
-    : m_data(size >= kMappedSize ? MapAligned(PageMultiple(size))
+    : m_data(size >= kMappedSize ? MapAligned(WholePages(size))
                                  : static_cast<Byte*>(::operator new(size, kCacheLine))),
       m_size(size) {}
 
 PixelMemory::~PixelMemory() {
   if (m_size >= kMappedSize) {
-    munmap(m_data, PageMultiple(m_size));
+    munmap(m_data, WholePages(m_size));
   } else {
     ::operator delete(m_data, kCacheLine);
   }

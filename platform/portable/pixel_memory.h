@@ -9,9 +9,9 @@ namespace quillet {
 
 // One block of pixels; its owner is whoever shares it.
 //
-// Page faults cost more than most arithmetic on pixels, so blocks of 2 MB and more are mapped on
-// large pages where the system has them, and go back to it with the block. Smaller ones come from
-// the ordinary allocator, which keeps them warm.
+// Page faults cost more than most arithmetic on pixels, so a block that fills half a large page or
+// more is mapped on large pages of its own, where the system has them, and goes back to it with the
+// block. Smaller ones come from the ordinary allocator, which keeps them warm.
 class PixelMemory {
  public:
   // At least one byte, aligned to 64 bytes at least. Throws std::bad_alloc.
@@ -28,7 +28,7 @@ class PixelMemory {
   bool StartsZeroed() const noexcept { return m_size >= kMappedSize; }
 
  private:
-  static constexpr std::size_t kMappedSize = std::size_t{2} << 20;
+  static constexpr std::size_t kMappedSize = std::size_t{1} << 20;
 
   Byte* m_data;
   std::size_t m_size;
