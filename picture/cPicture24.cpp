@@ -1,5 +1,6 @@
 #include "picture/cPicture24.h"
 
+#include <cstdint>
 #include <cstring>
 #include <optional>
 #include <utility>
@@ -32,8 +33,9 @@ class SourceContext {
   std::optional<SelectGuard> m_selected;
 };
 
-bool Contains(Long width, Long height, Long left, Long top, Long rectWidth, Long rectHeight) {
-  return left >= 0 && top >= 0 && left <= width - rectWidth && top <= height - rectHeight;
+// Whether an interval of any position and length lies within 0 .. limit.
+bool IsWithin(std::int64_t position, std::int64_t length, Long limit) {
+  return position >= 0 && position + length <= limit;
 }
 
 }  // namespace
@@ -133,7 +135,7 @@ std::vector<Byte> cPicture24::GetBits() {
 bool cPicture24::Crop(Long lLeft, Long lTop, Long lWidth, Long lHeight) {
   if (m_width < 1) return false;
   BitmapServices& services = m_platform.bitmaps;
-  const bool inside = Contains(m_width, m_height, lLeft, lTop, lWidth, lHeight);
+  const bool inside = IsWithin(lLeft, lWidth, m_width) && IsWithin(lTop, lHeight, m_height);
   const Content content = Take();
   DibSection result = DibSection::Create(services, lWidth, lHeight);
   if (!inside) std::memset(result.Bits(), 0, result.ByteCount());
