@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "platform/portable/portable_platform.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"
+#include "tests/support/forwarding_bitmaps.h"
 #include "tests/support/pictures.h"
 
 namespace quillet {
@@ -165,6 +168,34 @@ TEST_F(PictureBuffer, CropReadsABitmapThatTheHostHasSelectedElsewhere) {
             RowsOf(3, 3, [](Long x, Long y) { return Gradient(x + 1, y + 1); }));
 }
 
+TEST_F(PictureBuffer, ACopyServiceMayHandBackTheSourceItself) {
+  class SameHandle : public ForwardingBitmaps {
+   public:
+    using ForwardingBitmaps::ForwardingBitmaps;
+    BitmapHandle CopyImage(BitmapHandle bitmap, Long, Long) override { return bitmap; }
+    bool DeleteObject(BitmapHandle bitmap) override {
+      deleted.push_back(bitmap);
+      return ForwardingBitmaps::DeleteObject(bitmap);
+    }
+    std::vector<BitmapHandle> deleted;
+  };
+  SameHandle bitmaps(m_platform.Contracts().bitmaps);
+  Platform other{bitmaps, m_platform.Contracts().pictures};
+  const PictureRef picture = Gradient24(6, 5);
+  {
+    cPicture24 buffer(other);
+    buffer.CopyFromPicture(picture);
+    EXPECT_TRUE(buffer.Resize(6, 5));
+    EXPECT_EQ(Shown(buffer.CopyToPicture()), RowsOf(6, 5, Gradient));
+    buffer.Flip();
+    buffer.Resize(6, 5);
+    EXPECT_EQ(Shown(buffer.CopyToPicture()),
+              RowsOf(6, 5, [](Long x, Long y) { return Gradient(x, 4 - y); }));
+  }
+  EXPECT_EQ(std::count(bitmaps.deleted.begin(), bitmaps.deleted.end(), picture->Handle()), 0);
+  EXPECT_EQ(Shown(picture), RowsOf(6, 5, Gradient));
+}
+
 TEST_F(PictureBuffer, ResizeToFitKeepsProportions) {
   const struct {
     Long width, height, maxWidth, maxHeight;
@@ -234,19 +265,20 @@ TEST_F(PictureBuffer, ProgressRisesByRowsHalvesToEven) {
 
 TEST_F(PictureBuffer, ProgressHandlersFindItEmptyAndTheOperationsOwnResultStays) {
   cPicture24* inside = nullptr;
+  bool visited = false;
   const PictureRef other = Gradient24(9, 9);
   cPicture24 buffer(m_platform.Contracts(), [&](Integer) {
-    EXPECT_EQ(inside->Width(), 0);
+    if (!std::exchange(visited, true)) {
+      EXPECT_EQ(inside->Width(), 0);
+    }
     inside->CopyFromPicture(other);
     inside->Crop(0, 0, 2, 2);
   });
   inside = &buffer;
-  for (int operation = 0; operation < 1; ++operation) {
-    buffer.CopyFromPicture(Gradient24(3, 1));
-    buffer.Rotate();
-    EXPECT_EQ(Shown(buffer.CopyToPicture()),
-              RowsOf(1, 3, [](Long, Long y) { return Gradient(y, 0); }));
-  }
+  buffer.CopyFromPicture(Gradient24(3, 2));
+  buffer.Rotate();
+  EXPECT_EQ(Shown(buffer.CopyToPicture()),
+            RowsOf(2, 3, [](Long x, Long y) { return Gradient(y, 1 - x); }));
 }
 
 // Each service call of each operation fails once: the error is 7, the source picture is as it was,
