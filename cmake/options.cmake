@@ -10,6 +10,15 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86)$")
   target_compile_options(quillet_options INTERFACE -msse2 -mfpmath=sse)
 endif()
 
+if(WIN32)
+  # Nothing to ship beside the system's own libraries.
+  target_link_options(quillet_options INTERFACE -static)
+  # 32-bit callers keep the stack aligned to 4 bytes only, vector code needs 16.
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^i[3-6]86$")
+    target_compile_options(quillet_options INTERFACE -mstackrealign)
+  endif()
+endif()
+
 set(QUILLET_SANITIZE "" CACHE STRING "Sanitizers for every target, as in address,undefined")
 if(QUILLET_SANITIZE)
   target_compile_options(quillet_options INTERFACE
