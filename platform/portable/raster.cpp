@@ -34,8 +34,8 @@ Raster::Raster(int width, int height, Rgb color)
 }
 
 std::size_t Raster::Offset(int x, int y) const noexcept {
-  const std::size_t index = static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) +
-                            static_cast<std::size_t>(x);
+  const std::size_t index =
+      static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x);
   return index * kBytesPerPixel;
 }
 

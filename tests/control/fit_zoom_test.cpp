@@ -114,7 +114,8 @@ TEST(Fit, ARefitTakesTheBoxOfTheNewSizeWithItsBars) {
   HostedControl hosted(300, 300);
   hosted.Assign(100, 200);
   hosted.Call("Fit", Long{twFITWIDTH});
-  EXPECT_EQ(hosted.Layout(), "283x283 hv");  // 300x600 beside bars that were not there when it was made
+  EXPECT_EQ(hosted.Layout(),
+            "283x283 hv");  // 300x600 beside bars that were not there when it was made
   hosted.window->Resize(250, 310);
   EXPECT_EQ(hosted.Layout(), "233x310 v");
   EXPECT_EQ(hosted.BarMax(Bar::Vertical), 466 - 310);
