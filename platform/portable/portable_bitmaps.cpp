@@ -85,7 +85,7 @@ BitmapHandle PortableBitmaps::CopyImage(BitmapHandle bitmap, Long width, Long he
   if (height == 0) height = dib.Height();
   return OrWithoutMemory(BitmapHandle::None, [&] {
     if (width != dib.Width() || height != dib.Height()) {
-      return AddBitmap(Stretch(dib, width, height));
+      return AddBitmap(Stretch(dib, width, height, m_instructions));
     }
     Dib copy = dib;
     if (source->bitsExposed && !source->inPicture) copy.MakeWritable();

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <unordered_map>
 
+#include "picture/kernels/kernels.h"
 #include "platform/contracts/bitmap_services.h"
 #include "platform/portable/dib.h"
 #include "platform/portable/icon_image.h"
@@ -19,6 +20,10 @@ namespace quillet {
 // to.
 class PortableBitmaps : public BitmapServices {
  public:
+  // The instruction set for resampling, which the processor must have.
+  explicit PortableBitmaps(InstructionSet instructions = BestKernels().set)
+      : m_instructions(instructions) {}
+
   bool GetObjectA(BitmapHandle bitmap, BITMAP& record) const override;
   BitmapHandle CopyImage(BitmapHandle bitmap, Long width, Long height) override;
   DCHandle CreateCompatibleDC() override;
@@ -73,6 +78,7 @@ class PortableBitmaps : public BitmapServices {
   Bitmap* Selected(DCHandle dc);
   void Deselect(BitmapHandle bitmap);
 
+  InstructionSet m_instructions;
   std::unordered_map<BitmapHandle, Bitmap> m_bitmaps;
   std::unordered_map<BitmapHandle, IconImage> m_icons;
   std::unordered_map<DCHandle, Context> m_contexts;

@@ -6,8 +6,8 @@
 
 namespace quillet {
 
-PortablePlatform::PortablePlatform()
-    : m_bitmaps(std::make_shared<PortableBitmaps>()),
+PortablePlatform::PortablePlatform(InstructionSet instructions)
+    : m_bitmaps(std::make_shared<PortableBitmaps>(instructions)),
       m_pictures(std::make_shared<PortablePictures>(m_bitmaps)),
       m_windows(std::make_shared<WindowTable>()),
       m_contracts{*m_bitmaps, *m_pictures} {}

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "picture/kernels/kernels.h"
 #include "platform/contracts/census.h"
 #include "platform/contracts/platform.h"
 
@@ -17,7 +18,8 @@ class WindowTable;
 // Pictures and surfaces made here may outlive it: they share what they need.
 class PortablePlatform {
  public:
-  PortablePlatform();
+  // The instruction set for resampling, which the processor must have.
+  explicit PortablePlatform(InstructionSet instructions = BestKernels().set);
   PortablePlatform(const PortablePlatform&) = delete;
   PortablePlatform& operator=(const PortablePlatform&) = delete;
   ~PortablePlatform();

@@ -134,12 +134,6 @@ std::vector<Level> LevelRow(Long width) {
 }  // namespace
 
 void Resample24(const Byte* source, std::ptrdiff_t sourceStride, Long width, Long height,
-                Byte* target, std::ptrdiff_t targetStride, Long newWidth, Long newHeight) {
-  Resample24(source, sourceStride, width, height, target, targetStride, newWidth, newHeight,
-             BestKernels().set);
-}
-
-void Resample24(const Byte* source, std::ptrdiff_t sourceStride, Long width, Long height,
                 Byte* target, std::ptrdiff_t targetStride, Long newWidth, Long newHeight,
                 InstructionSet set) {
   const resample::Kernels& kernels = KernelsOf(set);

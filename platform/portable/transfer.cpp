@@ -50,11 +50,11 @@ void ReadRows24(const Dib& source, Long rows, bool topDown, Byte* block) {
   ClearAlignment(block, rowBytes, stride, rows);
 }
 
-Dib Stretch(const Dib& source, Long width, Long height) {
+Dib Stretch(const Dib& source, Long width, Long height, InstructionSet instructions) {
   Dib result({.width = width, .height = height, .depth = 24});
   const auto resample = [&](const Dib& rows) {
     Resample24(rows.Bits(), rows.Stride(), rows.Width(), rows.Height(), result.WritableBits(),
-               result.Stride(), width, height);
+               result.Stride(), width, height, instructions);
   };
   if (source.Depth() == 24 && source.GetFormat().topDown) {
     resample(source);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "picture/kernels/kernels.h"
 #include "platform/portable/dib.h"
 
 namespace quillet {
@@ -27,6 +28,6 @@ void ReadRows24(const Dib& source, Long rows, bool topDown, Byte* block);
 
 // The bitmap's pixels resampled to another size: 24 bits, rows top-down, without resolution. Throws
 // std::bad_alloc.
-Dib Stretch(const Dib& source, Long width, Long height);
+Dib Stretch(const Dib& source, Long width, Long height, InstructionSet instructions);
 
 }  // namespace quillet
