@@ -25,6 +25,11 @@ void Prefetch(const Byte* base, std::ptrdiff_t distance) {
   _mm_prefetch(reinterpret_cast<const char*>(at), _MM_HINT_T0);
 }
 
+// Makes the compiler work the value out though nothing uses it.
+void KeepAlive(__m128i value) {
+  asm volatile("" : : "x"(value));
+}
+
 __m256i Load32(const Byte* from) {
   return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
 }
@@ -33,45 +38,57 @@ void Store32(Byte* to, __m256i value) {
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), value);
 }
 
-// 16 pixels.
-struct Pixels16 {
-  __m128i part[3];
-};
-
-Pixels16 LoadPixels(const Byte* from) {
-  return {{Load16(from), Load16(from + 16), Load16(from + 32)}};
+// 16 bytes at `low` and 16 at `high`, a half of the result each.
+__m256i LoadHalves(const Byte* low, const Byte* high) {
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(Load16(low)), Load16(high), 1);
 }
 
-// Stores the 16 pixels in reverse order.
-void StoreReversed(Byte* to, const Pixels16& pixels) {
+// Twice 16 pixels: part i has their bytes 16 i to 16 i + 15, of both in a half each.
+struct PixelPair {
+  __m256i part[3];
+};
+
+PixelPair LoadPixels(const Byte* low, const Byte* high) {
+  return {
+      {LoadHalves(low, high), LoadHalves(low + 16, high + 16), LoadHalves(low + 32, high + 32)}};
+}
+
+// The same bytes in both halves.
+__m256i Both(__m128i half) {
+  return _mm256_broadcastsi128_si256(half);
+}
+
+// Both in reverse order of pixels.
+PixelPair Reversed(const PixelPair& pixels) {
   // Which byte of each loaded part goes where; -1 for none. Two pixels straddle the parts' borders.
-  const __m128i lastFrom2 = _mm_setr_epi8(13, 14, 15, 10, 11, 12, 7, 8, 9, 4, 5, 6, 1, 2, 3, -1);
-  const __m128i lastFrom1 =
-      _mm_setr_epi8(-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, 14);
-  const __m128i middleFrom2 =
-      _mm_setr_epi8(-1, 0, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1);
-  const __m128i middleFrom1 = _mm_setr_epi8(15, -1, 11, 12, 13, 8, 9, 10, 5, 6, 7, 2, 3, 4, -1, 0);
-  const __m128i middleFrom0 =
-      _mm_setr_epi8(-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, 15, -1);
-  const __m128i firstFrom1 =
-      _mm_setr_epi8(1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1);
-  const __m128i firstFrom0 = _mm_setr_epi8(-1, 12, 13, 14, 9, 10, 11, 6, 7, 8, 3, 4, 5, 0, 1, 2);
-  const __m128i* part = pixels.part;
-  Store16(to,
-          _mm_or_si128(_mm_shuffle_epi8(part[2], lastFrom2), _mm_shuffle_epi8(part[1], lastFrom1)));
-  Store16(to + 16, _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(part[2], middleFrom2),
-                                             _mm_shuffle_epi8(part[0], middleFrom0)),
-                                _mm_shuffle_epi8(part[1], middleFrom1)));
-  Store16(to + 32, _mm_or_si128(_mm_shuffle_epi8(part[1], firstFrom1),
-                                _mm_shuffle_epi8(part[0], firstFrom0)));
+  const __m256i lastFrom2 =
+      Both(_mm_setr_epi8(13, 14, 15, 10, 11, 12, 7, 8, 9, 4, 5, 6, 1, 2, 3, -1));
+  const __m256i lastFrom1 =
+      Both(_mm_setr_epi8(-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, 14));
+  const __m256i middleFrom2 =
+      Both(_mm_setr_epi8(-1, 0, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
+  const __m256i middleFrom1 =
+      Both(_mm_setr_epi8(15, -1, 11, 12, 13, 8, 9, 10, 5, 6, 7, 2, 3, 4, -1, 0));
+  const __m256i middleFrom0 =
+      Both(_mm_setr_epi8(-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, 15, -1));
+  const __m256i firstFrom1 =
+      Both(_mm_setr_epi8(1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
+  const __m256i firstFrom0 =
+      Both(_mm_setr_epi8(-1, 12, 13, 14, 9, 10, 11, 6, 7, 8, 3, 4, 5, 0, 1, 2));
+  const __m256i* part = pixels.part;
+  return {{_mm256_or_si256(_mm256_shuffle_epi8(part[2], lastFrom2),
+                           _mm256_shuffle_epi8(part[1], lastFrom1)),
+           _mm256_or_si256(_mm256_or_si256(_mm256_shuffle_epi8(part[2], middleFrom2),
+                                           _mm256_shuffle_epi8(part[0], middleFrom0)),
+                           _mm256_shuffle_epi8(part[1], middleFrom1)),
+           _mm256_or_si256(_mm256_shuffle_epi8(part[1], firstFrom1),
+                           _mm256_shuffle_epi8(part[0], firstFrom0))}};
 }
 
 // The four pixels at `upper` and the four at `lower`, each in 32 bits, a half of the result each.
 // `spread` says where in the 16 loaded bytes the pixels are.
 __m256i LoadSpread(const Byte* upper, const Byte* lower, __m256i spread) {
-  const __m256i both =
-      _mm256_inserti128_si256(_mm256_castsi128_si256(Load16(upper)), Load16(lower), 1);
-  return _mm256_shuffle_epi8(both, spread);
+  return _mm256_shuffle_epi8(LoadHalves(upper, lower), spread);
 }
 
 // Stores the eight pixels in the low three bytes of each 32-bit element.
@@ -87,13 +104,19 @@ void StorePacked(Byte* to, __m256i wide) {
 }  // namespace
 
 void SwapRows(Byte* a, Byte* b, Long width) {
-  // 32 pixels at a time.
-  for (; width >= 32; width -= 32, a += 96, b += 96) {
-    const __m256i fromA[3] = {Load32(a), Load32(a + 32), Load32(a + 64)};
-    const __m256i fromB[3] = {Load32(b), Load32(b + 32), Load32(b + 64)};
-    for (int i = 0; i < 3; ++i) {
-      Store32(a + 32 * i, fromB[i]);
-      Store32(b + 32 * i, fromA[i]);
+  // Rows are swapped from the outside in, so that one of the two goes backwards from row to row,
+  // which the processor does not foresee: asked for are the rows two further on and two back.
+  const std::ptrdiff_t twoRows = 6 * std::ptrdiff_t{width};
+  // 64 pixels at a time.
+  for (; width >= 64; width -= 64, a += 192, b += 192) {
+    for (int line = 0; line < 192; line += 64) {
+      Prefetch(a, line + twoRows);
+      Prefetch(b, line - twoRows);
+    }
+    for (int i = 0; i < 192; i += 32) {
+      const __m256i fromA = Load32(a + i);
+      Store32(a + i, Load32(b + i));
+      Store32(b + i, fromA);
     }
   }
   scalar::SwapRows(a, b, width);
@@ -102,18 +125,20 @@ void SwapRows(Byte* a, Byte* b, Long width) {
 void ReverseRow(Byte* row, Long width) {
   Byte* left = row;
   Byte* right = row + 3 * std::ptrdiff_t{width};
+  // Brings the row into the first cache in the order that the processor foresees best.
+  __m128i touched = _mm_setzero_si128();
+  for (const Byte* line = left; right - line >= 16; line += 64) {
+    touched = _mm_or_si128(touched, Load16(line));
+  }
+  KeepAlive(touched);
   // The last round's two blocks may overlap in the middle: both are loaded before either is stored,
   // and agree there.
-  // The processor's own prefetching loses track of the backward half. The next row lies about one
-  // row's length further on.
-  const std::ptrdiff_t nextRow = right - left;
   while (right - left >= 48) {
-    Prefetch(left, nextRow);
-    Prefetch(right, nextRow - 48);
-    const Pixels16 first = LoadPixels(left);
-    const Pixels16 last = LoadPixels(right - 48);
-    StoreReversed(left, last);
-    StoreReversed(right - 48, first);
+    const PixelPair both = Reversed(LoadPixels(left, right - 48));
+    for (int i = 0; i < 3; ++i) {
+      Store16(left + 16 * i, _mm256_extracti128_si256(both.part[i], 1));
+      Store16(right - 48 + 16 * i, _mm256_castsi256_si128(both.part[i]));
+    }
     left += 48;
     right -= 48;
   }

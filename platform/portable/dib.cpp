@@ -30,10 +30,10 @@ void ClearAlignment(Byte* rows, std::size_t rowBytes, std::ptrdiff_t stride, Lon
   for (Long i = 0; i < count; ++i) std::memset(rows + i * stride + rowBytes, 0, padding);
 }
 
-Dib::Dib(Format format)
+Dib::Dib(Format format, std::shared_ptr<BlockReserve> reserve)
     : m_format(std::move(format)),
       m_stride(static_cast<std::ptrdiff_t>(DibStride(m_format.width, m_format.depth))),
-      m_pixels(std::make_shared<PixelMemory>(CheckedSize(m_format))) {
+      m_pixels(std::make_shared<PixelMemory>(CheckedSize(m_format), std::move(reserve))) {
   if (!m_pixels->StartsZeroed()) {
     ClearAlignment(m_pixels->Data(), RowBytes(), m_stride, m_format.height);
   }
@@ -51,7 +51,7 @@ std::size_t Dib::RowBytes() const noexcept {
 
 void Dib::MakeWritable() {
   if (!SharesPixels()) return;
-  auto own = std::make_shared<PixelMemory>(m_pixels->Size());
+  auto own = std::make_shared<PixelMemory>(m_pixels->Size(), m_pixels->Reserve());
   std::memcpy(own->Data(), m_pixels->Data(), m_pixels->Size());
   m_pixels = std::move(own);
 }

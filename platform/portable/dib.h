@@ -41,9 +41,10 @@ class Dib {
     Long yPelsPerMeter = 0;
   };
 
-  // Sizes of at least 1. The pixels are unspecified. Throws std::bad_alloc, also for more than
+  // Sizes of at least 1. The pixels are unspecified; they come from the reserve where that serves,
+  // and go to it. Throws std::bad_alloc, also for more than
   // 2^31-1 bytes.
-  explicit Dib(Format format);
+  explicit Dib(Format format, std::shared_ptr<BlockReserve> reserve = nullptr);
   // As the constructor, with all pixels 0.
   static Dib Zeroed(Format format);
 

@@ -2,20 +2,21 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "base/types.h"
+#include "platform/portable/block_reserve.h"
 
 namespace quillet {
 
 // One block of pixels; its owner is whoever shares it.
 //
-// Page faults cost more than most arithmetic on pixels, so a block that fills half a large page or
-// more is mapped on large pages of its own, where the system has them, and goes back to it with the
-// block. Smaller ones come from the ordinary allocator, which keeps them warm.
+// From 1 MB on it is a block of the system's own, which goes to the reserve, where there is one,
+// with its last owner. Smaller ones come from the ordinary allocator, which keeps them warm.
 class PixelMemory {
  public:
   // At least one byte, aligned to 64 bytes at least. Throws std::bad_alloc.
-  explicit PixelMemory(std::size_t size);
+  explicit PixelMemory(std::size_t size, std::shared_ptr<BlockReserve> reserve = nullptr);
   PixelMemory(const PixelMemory&) = delete;
   PixelMemory& operator=(const PixelMemory&) = delete;
   ~PixelMemory();
@@ -23,15 +24,17 @@ class PixelMemory {
   Byte* Data() noexcept { return m_data; }
   const Byte* Data() const noexcept { return m_data; }
   std::size_t Size() const noexcept { return m_size; }
+  const std::shared_ptr<BlockReserve>& Reserve() const noexcept { return m_reserve; }
 
   // Whether a fresh block is known to hold zeros; otherwise its content is unspecified.
-  bool StartsZeroed() const noexcept { return m_size >= kMappedSize; }
+  bool StartsZeroed() const noexcept { return m_zeroed; }
 
  private:
-  static constexpr std::size_t kMappedSize = std::size_t{1} << 20;
-
-  Byte* m_data;
+  std::shared_ptr<BlockReserve> m_reserve;
+  std::optional<LargeBlock> m_block;
+  Byte* m_data = nullptr;
   std::size_t m_size;
+  bool m_zeroed = false;
 };
 
 }  // namespace quillet

@@ -85,7 +85,7 @@ BitmapHandle PortableBitmaps::CopyImage(BitmapHandle bitmap, Long width, Long he
   if (height == 0) height = dib.Height();
   return OrWithoutMemory(BitmapHandle::None, [&] {
     if (width != dib.Width() || height != dib.Height()) {
-      return AddBitmap(Stretch(dib, width, height, m_instructions));
+      return AddBitmap(Stretch(dib, width, height, m_instructions, m_reserve));
     }
     Dib copy = dib;
     if (source->bitsExposed && !source->inPicture) copy.MakeWritable();
@@ -132,7 +132,7 @@ BitmapHandle PortableBitmaps::CreateDIBSection(DCHandle dc, const BITMAPINFOHEAD
   return OrWithoutMemory(BitmapHandle::None, [&] {
     std::optional<Dib::Format> format = FormatOf(header);
     if (!format) return BitmapHandle::None;
-    const BitmapHandle section = AddBitmap(Dib(std::move(*format)));
+    const BitmapHandle section = AddBitmap(Dib(std::move(*format), m_reserve));
     Bitmap& bitmap = m_bitmaps.at(section);
     bitmap.bitsExposed = true;
     bits = bitmap.dib.WritableBits();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 
 #include "picture/kernels/kernels.h"
@@ -57,6 +58,9 @@ class PortableBitmaps : public BitmapServices {
   int BitmapCount() const;
   int DeviceContextCount() const { return static_cast<int>(m_contexts.size()); }
 
+  // Gives memory kept for the next bitmap back to the system.
+  void GiveBackMemory() noexcept { m_reserve->GiveBack(); }
+
  private:
   struct Bitmap {
     Dib dib;
@@ -79,6 +83,7 @@ class PortableBitmaps : public BitmapServices {
   void Deselect(BitmapHandle bitmap);
 
   InstructionSet m_instructions;
+  std::shared_ptr<BlockReserve> m_reserve = std::make_shared<BlockReserve>();
   std::unordered_map<BitmapHandle, Bitmap> m_bitmaps;
   std::unordered_map<BitmapHandle, IconImage> m_icons;
   std::unordered_map<DCHandle, Context> m_contexts;

@@ -14,7 +14,7 @@ std::shared_ptr<PortableSurface> PortablePlatform::CreateSurface(int insideWidth
   return std::make_shared<PortableSurface>(m_bitmaps, m_windows, insideWidth, insideHeight);
 }
 
-PortableSurface::PortableSurface(std::shared_ptr<BitmapServices> bitmaps,
+PortableSurface::PortableSurface(std::shared_ptr<PortableBitmaps> bitmaps,
                                  std::shared_ptr<WindowTable> windows, int insideWidth,
                                  int insideHeight)
     : m_bitmaps(std::move(bitmaps)),
@@ -26,7 +26,9 @@ PortableSurface::PortableSurface(std::shared_ptr<BitmapServices> bitmaps,
       m_input(m_link, m_control, m_box, m_horizontal, m_vertical) {}
 
 void PortableSurface::Idle() {
+  const auto bitmaps = m_bitmaps;  // a handler of Paint may let go of the surface
   if (m_link.IsOpen()) m_box.PaintPending();
+  bitmaps->GiveBackMemory();
 }
 
 void PortableSurface::Close() {

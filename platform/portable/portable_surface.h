@@ -12,6 +12,8 @@
 
 namespace quillet {
 
+class PortableBitmaps;
+
 // A surface in memory, 96 dots to the inch (15 twips a pixel). The control sees it through the
 // contract; whoever plays the host and the person in front of it uses the rest. The picture box
 // starts with the whole inside.
@@ -21,7 +23,7 @@ namespace quillet {
 class PortableSurface : public Surface, public std::enable_shared_from_this<PortableSurface> {
  public:
   // Inside sizes in pixels; run-time error 380 for negative ones and for more than 32767.
-  PortableSurface(std::shared_ptr<BitmapServices> bitmaps, std::shared_ptr<WindowTable> windows,
+  PortableSurface(std::shared_ptr<PortableBitmaps> bitmaps, std::shared_ptr<WindowTable> windows,
                   int insideWidth, int insideHeight);
 
   PortableControlSurface& UserControl() override { return m_control; }
@@ -32,7 +34,8 @@ class PortableSurface : public Surface, public std::enable_shared_from_this<Port
 
   SurfaceInput& Input() noexcept { return m_input; }
 
-  // The host's message loop has nothing else to do: what waits to be painted is painted.
+  // The host's message loop has nothing else to do: what waits to be painted is painted, and memory
+  // kept for the next picture goes back to the system.
   void Idle();
 
   // The host destroys the window. From now on reads give the last values, writes are refused
@@ -43,7 +46,7 @@ class PortableSurface : public Surface, public std::enable_shared_from_this<Port
   Raster Render() const;
 
  private:
-  std::shared_ptr<BitmapServices> m_bitmaps;
+  std::shared_ptr<PortableBitmaps> m_bitmaps;
   SurfaceLink m_link;
   PortableControlSurface m_control;
   PortablePictureBox m_box;

@@ -9,8 +9,8 @@
 namespace quillet {
 namespace {
 
+using resample::BlendPlan;
 using resample::Level;
-using resample::Position;
 using resample::Span;
 using resample::SpanScale;
 
@@ -65,47 +65,21 @@ struct Spans {
   SpanScale scale;
 };
 
-// The positions of an axis that grows or keeps its size: target pixel t has its centre at
-// (t + 1/2) size / newSize - 1/2.
-std::vector<Position> Positions(Long size, Long newSize) {
-  std::vector<Position> positions(static_cast<std::size_t>(newSize));
-  const std::int64_t unit = 2 * std::int64_t{newSize};
-  std::int64_t centre = std::int64_t{size} - newSize;
-  for (Position& position : positions) {
-    if (centre > 0) {
-      std::int64_t first = centre / unit;
-      std::int64_t weight = (((centre % unit) << 15) + newSize) / unit;
-      if (weight == 1 << 15) {
-        ++first;
-        weight = 0;
-      }
-      if (first >= size - 1) {
-        first = size - 1;
-        weight = 0;
-      }
-      position = {static_cast<std::int32_t>(first), static_cast<std::int32_t>(weight)};
-    }
-    centre += 2 * std::int64_t{size};
-  }
-  return positions;
-}
-
 // The pass within a row, from bytes to levels or from levels to bytes.
 class RowPass {
  public:
   RowPass(const resample::Kernels& kernels, Long width, Long newWidth)
       : m_kernels(kernels),
         m_shrinks(newWidth < width),
-        m_width(width),
         m_newWidth(newWidth),
         m_spans(m_shrinks ? Spans(width, newWidth) : Spans(0, 0)),
-        m_positions(m_shrinks ? std::vector<Position>() : Positions(width, newWidth)) {}
+        m_blend(m_shrinks ? BlendPlan(0, 0) : BlendPlan(width, newWidth)) {}
 
   void operator()(const Byte* source, Level* target) const {
     if (m_shrinks) {
       m_kernels.AverageBytes(source, m_spans.at.data(), m_spans.scale, m_newWidth, target);
     } else {
-      m_kernels.BlendBytes(source, m_width, m_positions.data(), m_newWidth, target);
+      m_kernels.BlendBytes(source, m_blend, target);
     }
   }
 
@@ -113,17 +87,16 @@ class RowPass {
     if (m_shrinks) {
       m_kernels.AverageLevels(source, m_spans.at.data(), m_spans.scale, m_newWidth, target);
     } else {
-      m_kernels.BlendLevels(source, m_width, m_positions.data(), m_newWidth, target);
+      m_kernels.BlendLevels(source, m_blend, target);
     }
   }
 
  private:
   const resample::Kernels& m_kernels;
   bool m_shrinks;
-  Long m_width;
   Long m_newWidth;
   Spans m_spans;
-  std::vector<Position> m_positions;
+  BlendPlan m_blend;
 };
 
 std::vector<Level> LevelRow(Long width) {
@@ -165,13 +138,13 @@ void Resample24(const Byte* source, std::ptrdiff_t sourceStride, Long width, Lon
     return;
   }
   // Each source row is resampled once, and kept while target rows lie beside it.
-  const std::vector<Position> positions = Positions(height, newHeight);
+  const BlendPlan plan(height, newHeight);
   std::vector<Level> upper = LevelRow(newWidth);
   std::vector<Level> lower = LevelRow(newWidth);
   Long upperRow = -1;
   Long lowerRow = -1;
   for (Long y = 0; y < newHeight; ++y) {
-    const auto [first, weight] = positions[static_cast<std::size_t>(y)];
+    const auto [first, weight] = plan.at[static_cast<std::size_t>(y)];
     if (upperRow != first) {
       std::swap(upper, lower);
       std::swap(upperRow, lowerRow);

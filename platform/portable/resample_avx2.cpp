@@ -26,10 +26,6 @@ __m256i LoadLevels(const Level* from) {
   return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
 }
 
-void Store16(void* to, __m128i value) {
-  _mm_storeu_si128(static_cast<__m128i*>(to), value);
-}
-
 void Store4(Byte* to, int value) {
   __builtin_memcpy(to, &value, sizeof value);
 }
@@ -139,41 +135,29 @@ void AverageLevels(const Level* source, const Span* spans, const SpanScale& scal
   scalar::AverageLevels(source, spans + newWidth - 1, scale, 1, target);
 }
 
-void BlendBytes(const Byte* source, Long width, const Position* positions, Long newWidth,
-                Level* target) {
-  // Each half of a vector: six bytes of one pixel and its right neighbour, two unused, twice. The
-  // first and the second pixels are taken apart, each byte into the upper end of 16 bits.
-  const __m256i takeFirst =
-      _mm256_setr_epi8(-1, 0, -1, 1, -1, 2, -1, 8, -1, 9, -1, 10, -1, -1, -1, -1,  //
-                       -1, 0, -1, 1, -1, 2, -1, 8, -1, 9, -1, 10, -1, -1, -1, -1);
-  const __m256i takeSecond =
-      _mm256_setr_epi8(-1, 3, -1, 4, -1, 5, -1, 11, -1, 12, -1, 13, -1, -1, -1, -1,  //
-                       -1, 3, -1, 4, -1, 5, -1, 11, -1, 12, -1, 13, -1, -1, -1, -1);
-  // Four positions: index, weight, index, weight in each half. A weight for each channel.
-  const __m256i takeWeight =
-      _mm256_setr_epi8(4, 5, 4, 5, 4, 5, 12, 13, 12, 13, 12, 13, -1, -1, -1,
-                       -1,  //
-                       4, 5, 4, 5, 4, 5, 12, 13, 12, 13, 12, 13, -1, -1, -1, -1);
-  Long x = 0;
-  // Eight bytes are read at each position, and two levels more than the pixels are written.
-  for (; x + 5 <= newWidth && positions[x + 3].first + 3 <= width; x += 4) {
-    const Position* at = positions + x;
-    const auto pixel = [source, at](int i) {
-      return Load8(source + 3 * std::ptrdiff_t{at[i].first});
-    };
-    const __m128i left = _mm_unpacklo_epi64(pixel(0), pixel(1));
-    const __m128i right = _mm_unpacklo_epi64(pixel(2), pixel(3));
-    const __m256i pixels = _mm256_inserti128_si256(_mm256_castsi128_si256(left), right, 1);
-    const __m256i weight =
-        _mm256_shuffle_epi8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(at)), takeWeight);
-    const __m256i first = _mm256_srli_epi16(_mm256_shuffle_epi8(pixels, takeFirst), 1);
-    const __m256i second = _mm256_srli_epi16(_mm256_shuffle_epi8(pixels, takeSecond), 1);
+void BlendBytes(const Byte* source, const BlendPlan& plan, Level* target) {
+  const __m256i toSecond = _mm256_set1_epi16(3);
+  // Each taken byte times 128, in 16 bits.
+  const auto levels = [](__m256i bytes, __m256i take) {
+    const __m256i wide = _mm256_or_si256(take, _mm256_set1_epi16(std::int16_t(0x8000u)));
+    return _mm256_slli_epi16(_mm256_shuffle_epi8(bytes, wide), kLevelBits);
+  };
+  Level* to = target;
+  for (const BlendStep& step : plan.steps) {
+    const __m256i bytes =
+        _mm256_inserti128_si256(_mm256_castsi128_si256(Load16(source + step.offset[0])),
+                                Load16(source + step.offset[1]), 1);
+    const __m256i take = LoadWidened(step.take);
+    const __m256i weight = LoadLevels(step.weight);
+    const __m256i first = levels(bytes, take);
+    const __m256i second = levels(bytes, _mm256_add_epi16(take, toSecond));
     const __m256i blend =
         _mm256_add_epi16(first, _mm256_mulhrs_epi16(_mm256_sub_epi16(second, first), weight));
-    Store16(target + 3 * std::ptrdiff_t{x}, _mm256_castsi256_si128(blend));
-    Store16(target + 3 * std::ptrdiff_t{x} + 6, _mm256_extracti128_si256(blend, 1));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), blend);
+    to += 16;
   }
-  scalar::BlendBytes(source, width, positions + x, newWidth - x, target + 3 * std::ptrdiff_t{x});
+  scalar::BlendBytesFrom(static_cast<Long>(plan.steps.size()) / 3 * kBlendStepPixels, source, plan,
+                         target);
 }
 
 void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target) {

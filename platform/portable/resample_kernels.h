@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "base/types.h"
 #include "picture/kernels/x86.h"
@@ -54,6 +55,24 @@ struct Position {
   std::int32_t weight = 0;
 };
 
+// How to blend 16 channels, from two places of a source row, eight each.
+struct BlendStep {
+  std::int32_t offset[2];   // in bytes; 16 can be read at either
+  Byte take[16];            // which of those is the first pixel's; the second's lies 3 further on
+  std::int16_t weight[16];  // as in Position
+};
+inline constexpr Long kBlendStepPixels = 16;  // three steps
+
+// An axis that grows or keeps its size.
+struct BlendPlan {
+  BlendPlan(Long size, Long newSize);
+
+  Long size;
+  std::vector<Position> at;
+  // For as many whole kBlendStepPixels of a row as there are; none for rows that are too short.
+  std::vector<BlendStep> steps;
+};
+
 // Widths in pixels, counts in channels.
 struct Kernels {
   // Averages whole rows; `rows` is the picture's first.
@@ -67,10 +86,8 @@ struct Kernels {
                        Level* target);
 
   // Blends within one row.
-  void (*BlendLevels)(const Level* source, Long width, const Position* positions, Long newWidth,
-                      Byte* target);
-  void (*BlendBytes)(const Byte* source, Long width, const Position* positions, Long newWidth,
-                     Level* target);
+  void (*BlendLevels)(const Level* source, const BlendPlan& plan, Byte* target);
+  void (*BlendBytes)(const Byte* source, const BlendPlan& plan, Level* target);
 
   // Blends two rows.
   void (*BlendRows)(const Level* a, const Level* b, Long weight, std::ptrdiff_t count,
@@ -89,10 +106,10 @@ void AverageLevels(const Level* source, const Span* spans, const SpanScale& scal
                    Byte* target);
 void AverageBytes(const Byte* source, const Span* spans, const SpanScale& scale, Long newWidth,
                   Level* target);
-void BlendLevels(const Level* source, Long width, const Position* positions, Long newWidth,
-                 Byte* target);
-void BlendBytes(const Byte* source, Long width, const Position* positions, Long newWidth,
-                Level* target);
+void BlendLevels(const Level* source, const BlendPlan& plan, Byte* target);
+void BlendBytes(const Byte* source, const BlendPlan& plan, Level* target);
+// The same from a given target pixel on.
+void BlendBytesFrom(Long x, const Byte* source, const BlendPlan& plan, Level* target);
 void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target);
 void HalveRows(const Byte* upper, const Byte* lower, Long newWidth, Byte* target);
 
@@ -105,8 +122,7 @@ void AverageRows(const Byte* rows, std::ptrdiff_t stride, const Span& span, cons
                  std::ptrdiff_t count, Level* target);
 void AverageLevels(const Level* source, const Span* spans, const SpanScale& scale, Long newWidth,
                    Byte* target);
-void BlendBytes(const Byte* source, Long width, const Position* positions, Long newWidth,
-                Level* target);
+void BlendBytes(const Byte* source, const BlendPlan& plan, Level* target);
 void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target);
 void HalveRows(const Byte* upper, const Byte* lower, Long newWidth, Byte* target);
 

@@ -42,10 +42,11 @@ int Blend(int a, int b, int weight) {
 }
 
 template <typename Source, typename Target>
-void BlendColumns(const Source* source, const Position* positions, Long newWidth, Target* target) {
+void BlendColumns(Long x, const Source* source, const BlendPlan& plan, Target* target) {
   constexpr int widen = kLevelBits - kFractionBits<Source>;
-  for (Long x = 0; x < newWidth; ++x) {
-    const auto [index, weight] = positions[x];
+  target += 3 * std::ptrdiff_t{x};
+  for (auto at = plan.at.begin() + x; at != plan.at.end(); ++at) {
+    const auto [index, weight] = *at;
     const Source* first = source + 3 * std::ptrdiff_t{index};
     const Source* second = weight == 0 ? first : first + 3;
     for (int channel = 0; channel < 3; ++channel) {
@@ -91,13 +92,16 @@ void AverageBytes(const Byte* source, const Span* spans, const SpanScale& scale,
   AverageColumns(source, spans, scale, newWidth, target);
 }
 
-void BlendLevels(const Level* source, Long, const Position* positions, Long newWidth,
-                 Byte* target) {
-  BlendColumns(source, positions, newWidth, target);
+void BlendLevels(const Level* source, const BlendPlan& plan, Byte* target) {
+  BlendColumns(0, source, plan, target);
 }
 
-void BlendBytes(const Byte* source, Long, const Position* positions, Long newWidth, Level* target) {
-  BlendColumns(source, positions, newWidth, target);
+void BlendBytes(const Byte* source, const BlendPlan& plan, Level* target) {
+  BlendColumns(0, source, plan, target);
+}
+
+void BlendBytesFrom(Long x, const Byte* source, const BlendPlan& plan, Level* target) {
+  BlendColumns(x, source, plan, target);
 }
 
 void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target) {

@@ -50,8 +50,9 @@ void ReadRows24(const Dib& source, Long rows, bool topDown, Byte* block) {
   ClearAlignment(block, rowBytes, stride, rows);
 }
 
-Dib Stretch(const Dib& source, Long width, Long height, InstructionSet instructions) {
-  Dib result({.width = width, .height = height, .depth = 24});
+Dib Stretch(const Dib& source, Long width, Long height, InstructionSet instructions,
+            std::shared_ptr<BlockReserve> reserve) {
+  Dib result({.width = width, .height = height, .depth = 24}, std::move(reserve));
   const auto resample = [&](const Dib& rows) {
     Resample24(rows.Bits(), rows.Stride(), rows.Width(), rows.Height(), result.WritableBits(),
                result.Stride(), width, height, instructions);

@@ -28,6 +28,7 @@ void ReadRows24(const Dib& source, Long rows, bool topDown, Byte* block);
 
 // The bitmap's pixels resampled to another size: 24 bits, rows top-down, without resolution. Throws
 // std::bad_alloc.
-Dib Stretch(const Dib& source, Long width, Long height, InstructionSet instructions);
+Dib Stretch(const Dib& source, Long width, Long height, InstructionSet instructions,
+            std::shared_ptr<BlockReserve> reserve);
 
 }  // namespace quillet
