@@ -21,10 +21,14 @@ Light Scaled(const Light& light, double factor) {
   return {light.red * factor, light.green * factor, light.blue * factor};
 }
 
+// From 0 to 1 without a corner at either end.
+double Smooth(double part) {
+  return part * part * (3 - 2 * part);
+}
+
 // 0 up to `from`, 1 beyond `to`, without a corner in between.
 double SmoothStep(double from, double to, double value) {
-  const double part = std::clamp((value - from) / (to - from), 0.0, 1.0);
-  return part * part * (3 - 2 * part);
+  return Smooth(std::clamp((value - from) / (to - from), 0.0, 1.0));
 }
 
 // 0 to 1 for each lattice point and seed.
@@ -43,9 +47,9 @@ double Hash(std::int32_t x, std::int32_t y, std::uint32_t seed) {
 // Smooth noise from 0 to 1 with cells of 2^shift units.
 double Noise(std::int32_t x, std::int32_t y, int shift, std::uint32_t seed) {
   const std::int32_t column = x >> shift, row = y >> shift;
-  const double cell = 1 << shift;
-  const double u = SmoothStep(0, 1, (x - column * (1 << shift)) / cell);
-  const double v = SmoothStep(0, 1, (y - row * (1 << shift)) / cell);
+  const double part = 1.0 / (1 << shift);
+  const double u = Smooth((x - column * (1 << shift)) * part);
+  const double v = Smooth((y - row * (1 << shift)) * part);
   const double top = Hash(column, row, seed) * (1 - u) + Hash(column + 1, row, seed) * u;
   const double bottom = Hash(column, row + 1, seed) * (1 - u) + Hash(column + 1, row + 1, seed) * u;
   return top * (1 - v) + bottom * v;
