@@ -6,7 +6,7 @@
 namespace quillet {
 namespace {
 
-constexpr std::size_t kLargeSize = std::size_t{1} << 20;
+constexpr std::size_t kLargeSize = std::size_t{2} << 20;
 constexpr std::align_val_t kCacheLine{64};
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace quillet {
 
 // One block of pixels; its owner is whoever shares it.
 //
-// From 1 MB on it is a block of the system's own, which goes to the reserve, where there is one,
+// From 2 MB on it is a block of the system's own, which goes to the reserve, where there is one,
 // with its last owner. Smaller ones come from the ordinary allocator, which keeps them warm.
 class PixelMemory {
  public:
