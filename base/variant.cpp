@@ -51,29 +51,31 @@ bool ParseHexadecimal(std::string_view text, double& number) {
   if (markedLong) text.remove_suffix(1);
   std::uint32_t bits = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), bits, 16);
-  if (text.empty() || error != std::errc{} || end != text.data() + text.size()) return false;
+  if (text.empty() || end != text.data() + text.size()) return false;
+  if (error == std::errc::result_out_of_range) throw RunTimeError(ErrorNumber::Overflow);
+  if (error != std::errc{}) return false;
   number = basic && !markedLong && bits <= 0xFFFF
                ? static_cast<double>(static_cast<std::int16_t>(bits))
                : static_cast<double>(static_cast<std::int32_t>(bits));
   return true;
 }
 
-double ParseNumber(const std::string& value) {
+double ParseNumber(const std::string& value, const char* wanted) {
   std::string_view text = Trim(value);
   double number = 0;
   if (ParseHexadecimal(text, number)) return number;
-  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error == std::errc::result_out_of_range) throw RunTimeError(ErrorNumber::Overflow, value);
   if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(number))
-    Mismatch("a number", "\"" + value + "\"");
+    Mismatch(wanted, "\"" + value + "\"");
   return number;
 }
 
 double Number(const Variant& value, const char* wanted) {
   return std::visit(
       Overload{[](std::monostate) { return 0.0; }, [](bool flag) { return flag ? -1.0 : 0.0; },
-               [](const std::string& text) { return ParseNumber(text); },
+               [&](const std::string& text) { return ParseNumber(text, wanted); },
                [&](Omitted) -> double { Mismatch(wanted, "an omitted argument"); },
                [&](const ObjectRef&) -> double { Mismatch(wanted, "an object"); },
                [](auto number) { return static_cast<double>(number); }},

@@ -112,7 +112,7 @@ class TWAIN : public std::enable_shared_from_this<TWAIN> {
   void PlaceBox(bool besideV, bool besideH);
   void SetRange(ScrollBar& bar, Long max);
   void ApplyZoom();
-  void Refit();
+  bool TakeNewViewSize();
 
   // Drives an image method: picture into the buffer, the buffer's operation, a new picture out of
   // it.

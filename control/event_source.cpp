@@ -1,12 +1,14 @@
 #include "control/event_source.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
+
+#include "base/runtime_error.h"
 
 namespace quillet {
 
 int EventSource::Connect(std::shared_ptr<EventSink> sink) {
+  if (!sink) throw RunTimeError(ErrorNumber::InvalidProcedureCall, "no sink");
   m_connections.push_back({m_nextCookie, std::move(sink)});
   return m_nextCookie++;
 }
@@ -32,7 +34,7 @@ void EventSource::Raise(Event event, std::span<Variant> arguments) {
     if (byValue) std::copy(values.begin(), values.end(), arguments.begin());
     try {
       connection.sink->Invoke(event, arguments);
-    } catch (const std::exception&) {
+    } catch (...) {
       // The sink's own trouble: a host's handler has nobody to report to from inside an event.
     }
   }

@@ -15,7 +15,8 @@ namespace quillet {
 // event.
 class EventSource {
  public:
-  // Returns the cookie that Disconnect takes; cookies are not used twice.
+  // Returns the cookie that Disconnect takes; cookies are not used twice. Run-time error 5 for no
+  // sink.
   int Connect(std::shared_ptr<EventSink> sink);
   // False when nothing is connected under that cookie.
   bool Disconnect(int cookie);

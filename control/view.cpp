@@ -97,7 +97,8 @@ void TWAIN::LayoutView(Long lWidth, Long lHeight) {
   LayoutNest::Layout layout(m_layouts);
   Attempt([&] {
     if (m_AutoRedraw)
-      layout.StartFrom({box.ScaleWidth(), box.ScaleHeight(), surface.Width(), surface.Height()});
+      layout.StartFrom({box.ScaleWidth(), box.ScaleHeight(), surface.Width(), surface.Height(),
+                        lWidth, lHeight, m_Scrollable});
   });
   if (m_layouts.IsSettled()) Attempt([&] { PlaceBox(false, false); });
 
@@ -175,20 +176,31 @@ void TWAIN::Refresh() {
   m_surface->picTwain().Refresh();
 }
 
-// A fit that follows the view needs the new view first: the box takes the control's new size,
-// beside the bars that it has, without showing the outgrown picture in it.
-void TWAIN::Refit() {
-  {
-    LayoutNest::Layout layout(m_layouts);
-    layout.Settle();
-    PlaceBox(m_surface->VScroll1().Visible(), m_surface->HScroll1().Visible());
-  }
-  Fit(m_FitType);
+// Gives the box the control's new size, beside the bars that it has, without showing the outgrown
+// picture in it. Tells whether that changed its size.
+bool TWAIN::TakeNewViewSize() {
+  const PictureBox& box = m_surface->picTwain();
+  const Single width = box.ScaleWidth();
+  const Single height = box.ScaleHeight();
+  const LayoutNest::Pause pause(m_layouts);
+  PlaceBox(m_surface->VScroll1().Visible(), m_surface->HScroll1().Visible());
+  return box.ScaleWidth() != width || box.ScaleHeight() != height;
 }
 
+// A fit that follows the view needs the new view first. A box of another size is refreshed then, as
+// after every change of its size.
 void TWAIN::UserControl_Resize() {
-  if (m_FitType == twFITWIDTH || m_FitType == twFITSTRECH) Attempt([&] { Refit(); });
-  Attempt([&] { ShowPicture(m_DisplayPicture); });
+  bool hasNewSize = false;
+  if (m_FitType == twFITWIDTH || m_FitType == twFITSTRECH) {
+    if (BitmapWidth() > 0) Attempt([&] { hasNewSize = TakeNewViewSize(); });
+    Attempt([&] { Fit(m_FitType); });
+  }
+  Attempt([&] {
+    if (hasNewSize)
+      Refresh();
+    else
+      ShowPicture(m_DisplayPicture);
+  });
   RaiseEvent(Event::Resize);
 }
 

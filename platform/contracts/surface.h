@@ -38,9 +38,9 @@ class SurfaceEvents {
 
 // The control's own window inside its host. Sizes in twips, 1440 to the inch.
 //
-// A surface works before it stands in a host's window and after that window is gone: reads give the
-// last values, writes are refused (run-time error 380), no events come. Every write refused for its
-// value is run-time error 380 too and changes nothing.
+// A surface works before it stands in a host's window: what is written then holds when it does.
+// After that window is gone reads give the last values, writes are refused (run-time error 380) and
+// no events come. Every write refused for its value is run-time error 380 too and changes nothing.
 class ControlSurface {
  public:
   virtual ~ControlSurface() = default;

@@ -82,7 +82,10 @@ Dib ReadUncompressed(ByteSource& source, const DibLayout& layout, std::uint64_t 
 
 Dib ReadRle(ByteSource& source, std::uint64_t offset, Dib::Format format) {
   if (offset > source.Size()) Refuse("the file is cut short");
-  std::vector<Byte> stream(static_cast<std::size_t>(source.Size() - offset));
+  // Enough for the worst encoding, one pixel a run and moves between them; nothing is read beyond.
+  const std::uint64_t longest = 8 * (static_cast<std::uint64_t>(format.width) + 1) *
+                                (static_cast<std::uint64_t>(format.height) + 1);
+  std::vector<Byte> stream(static_cast<std::size_t>(std::min(source.Size() - offset, longest)));
   ReadAll(source, offset, stream);
   if (!IsWholeRle(stream, format)) Refuse("the file is cut short");
   Dib dib = Dib::Zeroed(std::move(format));
@@ -160,6 +163,9 @@ DibLayout ReadDibLayout(ByteSource& source, std::uint64_t offset,
       format.palette.push_back({bytes[at], bytes[at + 1], bytes[at + 2]});
     }
     next += bytes.size();
+  } else if (!pixelsStart) {
+    // A table for displays of few colours: passed over.
+    next += std::uint64_t{colorsUsed} * colorSize;
   }
   layout.colorsEnd = next;
   return layout;

@@ -70,6 +70,8 @@ class Dib {
   bool SharesPixels() const noexcept { return m_pixels.use_count() > 1; }
   // Gives the bitmap pixels of its own. Throws std::bad_alloc.
   void MakeWritable();
+  // From now on nothing is known of its pixels per metre.
+  void ForgetResolution() noexcept { m_format.xPelsPerMeter = m_format.yPelsPerMeter = 0; }
 
  private:
   std::ptrdiff_t Offset(Long y) const noexcept {

@@ -36,6 +36,11 @@ DibLayout ReadImageLayout(ByteSource& source, std::uint64_t offset) {
   Dib::Format& format = layout.format;
   if (format.topDown || format.height % 2 != 0) Refuse("an icon of odd height");
   format.height /= 2;
+  // The mask's place follows from the size of the colours, which only plain rows tell.
+  if (layout.compression != DibCompression::None &&
+      layout.compression != DibCompression::BitFields) {
+    Refuse("an icon of compressed rows");
+  }
   return layout;
 }
 

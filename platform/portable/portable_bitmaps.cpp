@@ -81,6 +81,7 @@ BitmapHandle PortableBitmaps::CopyImage(BitmapHandle bitmap, Long width, Long he
   const Bitmap* const source = Find(bitmap);
   if (!source || width < 0 || height < 0) return BitmapHandle::None;
   const Dib& dib = source->dib;
+  const bool ownSize = width == 0 && height == 0;
   if (width == 0) width = dib.Width();
   if (height == 0) height = dib.Height();
   return OrWithoutMemory(BitmapHandle::None, [&] {
@@ -89,6 +90,7 @@ BitmapHandle PortableBitmaps::CopyImage(BitmapHandle bitmap, Long width, Long he
     }
     Dib copy = dib;
     if (source->bitsExposed && !source->inPicture) copy.MakeWritable();
+    if (!ownSize) copy.ForgetResolution();  // as for every size asked for
     return AddBitmap(std::move(copy));
   });
 }
@@ -246,11 +248,6 @@ BitmapHandle PortableBitmaps::AddIcon(IconImage icon) {
 const Dib* PortableBitmaps::FindBitmap(BitmapHandle bitmap) const {
   const auto found = m_bitmaps.find(bitmap);
   return found == m_bitmaps.end() ? nullptr : &found->second.dib;
-}
-
-const IconImage* PortableBitmaps::FindIcon(BitmapHandle icon) const {
-  const auto found = m_icons.find(icon);
-  return found == m_icons.end() ? nullptr : &found->second;
 }
 
 bool PortableBitmaps::GiveToPicture(BitmapHandle bitmap) {

@@ -45,7 +45,6 @@ class PortableBitmaps : public BitmapServices {
   // What the handle names, null when it is stale or of another kind. Valid until the handle is
   // written to or released.
   const Dib* FindBitmap(BitmapHandle bitmap) const;
-  const IconImage* FindIcon(BitmapHandle icon) const;
 
   // The bitmap passes to a picture: it is not written any more and DeleteObject refuses it. False
   // for what is no bitmap, belongs to a picture already, or is a context's own.

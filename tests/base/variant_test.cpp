@@ -39,8 +39,9 @@ TEST(Variant, WhatDoesNotFitOverflowsAndWhatIsNoNumberMismatches) {
   EXPECT_EQ(ErrorOf([] { VariantToInteger(Long{32768}); }), Overflow);
   EXPECT_EQ(ErrorOf([] { VariantToLong(2147483647.5); }), Overflow);
   EXPECT_EQ(ErrorOf([] { VariantToLong(std::string("1e999")); }), Overflow);
+  EXPECT_EQ(ErrorOf([] { VariantToLong(std::string("&HFFFFFFFFF")); }), Overflow);
   EXPECT_EQ(ErrorOf([] { VariantToSingle(1e300); }), Overflow);
-  for (const char* text : {"abc", "", "12x", "&H", "&H&", "0xG", "nan", "inf"})
+  for (const char* text : {"abc", "", "12x", "&H", "&H&", "0xG", "nan", "inf", "+-5"})
     EXPECT_EQ(ErrorOf([=] { VariantToLong(std::string(text)); }), TypeMismatch) << text;
   EXPECT_EQ(ErrorOf([] { VariantToLong(ObjectRef()); }), TypeMismatch);
   EXPECT_EQ(ErrorOf([] { VariantToLong(Omitted{}); }), TypeMismatch);

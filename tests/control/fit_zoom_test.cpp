@@ -121,6 +121,24 @@ TEST(Fit, ARefitTakesTheBoxOfTheNewSizeWithItsBars) {
   EXPECT_EQ(hosted.BarMax(Bar::Vertical), 466 - 310);
 }
 
+TEST(Fit, ARefitIsShownWithoutAutoRedrawTooSinceTheBoxChanged) {
+  HostedControl hosted(100, 100);
+  hosted.Assign(100, 50);
+  hosted.Call("Fit", Long{twFITSTRECH});
+  hosted.Put("AutoRedraw", false);
+  hosted.window->Resize(150, 150);
+  EXPECT_EQ(Displayed(hosted), "150x150");
+}
+
+TEST(Fit, ARefitWithoutAPictureLaysNothingOut) {
+  HostedControl hosted(100, 100);
+  hosted.Assign(100, 50);
+  hosted.PutPicture(nullptr);
+  hosted.Call("Fit", Long{twFITWIDTH});
+  hosted.window->Resize(150, 150);
+  EXPECT_EQ(hosted.Layout(), "100x100");
+}
+
 TEST(Fit, SizesBelowOnePixelAreError9AndKeepTheDisplay) {
   HostedControl hosted(100, 100);
   hosted.Assign(1000, 1);

@@ -207,7 +207,7 @@ TEST(Events, SinksAreCalledInOrderAndMayComeAndGo) {
     if (!std::exchange(joined, true))
       hosted.control->Connect(
           std::make_shared<Sink>([&](Event, std::span<Variant>) { calls += "4"; }));
-    throw std::runtime_error("a sink's own trouble");
+    throw 5;  // a sink's own trouble
   }));
   second = hosted.control->Connect(
       std::make_shared<Sink>([&](Event, std::span<Variant>) { calls += "2"; }));
@@ -217,6 +217,7 @@ TEST(Events, SinksAreCalledInOrderAndMayComeAndGo) {
   hosted.Call("Refresh");
   EXPECT_EQ(calls, "13134");
   EXPECT_FALSE(hosted.control->Disconnect(second));
+  EXPECT_EQ(ErrorOf([&] { hosted.control->Connect(nullptr); }), ErrorNumber::InvalidProcedureCall);
 }
 
 TEST(Events, WhatASinkLeavesInAKeyIsWhatTheSurfaceSees) {

@@ -99,6 +99,19 @@ TEST(View, ANestThatEndsByItselfIsNotSettled) {
   EXPECT_EQ(hosted.Layout(), "83x83 hv");
 }
 
+TEST(View, LayoutsOfAHostsOwnInsideANestDoNotSettleIt) {
+  HostedControl hosted(300, 300);
+  hosted.Assign(200, 95);
+  bool running = false;
+  hosted.onEvent = [&](Event event, std::span<Variant>) {
+    if (event != Event::Paint || std::exchange(running, true)) return;
+    hosted.Call("Refresh");
+    running = false;
+  };
+  hosted.window->Resize(100, 100);
+  EXPECT_EQ(hosted.Layout(), "83x83 hv");
+}
+
 TEST(View, ScrollingMovesOverThePicture) {
   HostedControl hosted(100, 100);
   hosted.Assign(300, 200);
