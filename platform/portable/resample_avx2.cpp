@@ -26,10 +26,6 @@ __m256i LoadLevels(const Level* from) {
   return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
 }
 
-void Store4(Byte* to, int value) {
-  __builtin_memcpy(to, &value, sizeof value);
-}
-
 // The weights of a span of rows, in every element.
 struct RowWeights {
   __m256i first, inner, last;
@@ -53,26 +49,6 @@ void AverageSixteen(const Byte* first, __m256i inner, const Byte* last, const Ro
       AverageEight(first + 8, _mm256_extracti128_si256(inner, 1), last + 8, weight);
   const __m256i levels = _mm256_permute4x64_epi64(_mm256_packus_epi32(low, high), 0xD8);
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(target), levels);
-}
-
-// One weight times the four channels of `levels`: blue and red in 64 bits each, and green.
-struct Products {
-  __m128i blueRed, green;
-};
-
-Products Times(__m128i levels, __m128i weight) {
-  return {_mm_mul_epu32(levels, weight), _mm_mul_epu32(_mm_srli_epi64(levels, 32), weight)};
-}
-
-// One pixel's levels, each in 32 bits.
-__m128i LoadPixel(const Level* from) {
-  return _mm_cvtepu16_epi32(Load8(from));
-}
-
-__m128i Weight(std::uint64_t weight) {
-  // Twice, so that the result stands in the upper half of each sum.
-  static_assert(kNarrowWeightBits + kLevelBits == 31);
-  return _mm_set1_epi32(static_cast<int>(2 * weight));
 }
 
 }  // namespace
@@ -102,37 +78,6 @@ void AverageRows(const Byte* rows, std::ptrdiff_t stride, const Span& span, cons
     AverageSixteen(first + i + 16, high, last + i + 16, weight, target + i + 16);
   }
   scalar::AverageRows(rows + i, stride, span, scale, count - i, target + i);
-}
-
-void AverageLevels(const Level* source, const Span* spans, const SpanScale& scale, Long newWidth,
-                   Byte* target) {
-  if (scale.bits != kNarrowWeightBits) {
-    return scalar::AverageLevels(source, spans, scale, newWidth, target);
-  }
-  const __m128i half = _mm_set1_epi64x(std::int64_t{1} << 31);
-  const __m128i weightInner = Weight(scale.weightInner);
-  // Bytes of the upper halves' low ends.
-  const __m128i takeBlueRed =
-      _mm_setr_epi8(4, -1, 12, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1);
-  const __m128i takeGreen =
-      _mm_setr_epi8(-1, 4, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1);
-  // A store takes one byte more than the pixel, which the next pixel mends.
-  for (Long x = 0; x + 1 < newWidth; ++x, target += 3) {
-    const Level* at = source + 3 * std::ptrdiff_t{spans[x].first};
-    const Level* end = source + 3 * std::ptrdiff_t{spans[x].last};
-    const Products first = Times(LoadPixel(at), Weight(spans[x].weightFirst));
-    const Products last = Times(LoadPixel(end), Weight(spans[x].weightLast));
-    __m128i sum = _mm_setzero_si128();
-    for (at += 3; at < end; at += 3) sum = _mm_add_epi32(sum, LoadPixel(at));
-    const Products inner = Times(sum, weightInner);
-    const __m128i blueRed = _mm_add_epi64(_mm_add_epi64(first.blueRed, last.blueRed),
-                                          _mm_add_epi64(inner.blueRed, half));
-    const __m128i green =
-        _mm_add_epi64(_mm_add_epi64(first.green, last.green), _mm_add_epi64(inner.green, half));
-    Store4(target, _mm_cvtsi128_si32(_mm_or_si128(_mm_shuffle_epi8(blueRed, takeBlueRed),
-                                                  _mm_shuffle_epi8(green, takeGreen))));
-  }
-  scalar::AverageLevels(source, spans + newWidth - 1, scale, 1, target);
 }
 
 void BlendBytes(const Byte* source, const BlendPlan& plan, Level* target) {

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <vector>
 
 #include "base/types.h"
 #include "picture/kernels/x86.h"
+#include "platform/portable/resample_plans.h"
 
 // The arithmetic of resampling.
 //
@@ -24,55 +23,6 @@
 // levels, w the distance from the first in multiples of 2^-15, below 1.
 namespace quillet::resample {
 
-using Level = std::int16_t;
-inline constexpr int kLevelBits = 7;
-inline constexpr std::ptrdiff_t kLevelPadding = 8;
-
-// The source pixels under one target pixel, and the weights of the outer two. A single pixel has
-// first = last, weightFirst 1 and weightLast 0.
-struct Span {
-  Long first = 0;
-  Long last = 0;
-  std::uint64_t weightFirst = 0;
-  std::uint64_t weightLast = 0;
-};
-
-// Up to kNarrowRatio the sum over rows fits 32 bits; beyond, finer weights take 64.
-inline constexpr int kNarrowWeightBits = 24;
-inline constexpr int kWideWeightBits = 40;
-inline constexpr Long kNarrowRatio = 256;
-
-// What all spans of an axis have in common: the weight of the pixels between, and the unit.
-struct SpanScale {
-  std::uint64_t weightInner = 0;
-  int bits = kNarrowWeightBits;
-};
-
-// Where one target pixel lies: between source pixels `first` and first + 1. The second counts only
-// where the weight is not 0.
-struct Position {
-  std::int32_t first = 0;
-  std::int32_t weight = 0;
-};
-
-// How to blend 16 channels, from two places of a source row, eight each.
-struct BlendStep {
-  std::int32_t offset[2];   // in bytes; 16 can be read at either
-  Byte take[16];            // which of those is the first pixel's; the second's lies 3 further on
-  std::int16_t weight[16];  // as in Position
-};
-inline constexpr Long kBlendStepPixels = 16;  // three steps
-
-// An axis that grows or keeps its size.
-struct BlendPlan {
-  BlendPlan(Long size, Long newSize);
-
-  Long size;
-  std::vector<Position> at;
-  // For as many whole kBlendStepPixels of a row as there are; none for rows that are too short.
-  std::vector<BlendStep> steps;
-};
-
 // Widths in pixels, counts in channels.
 struct Kernels {
   // Averages whole rows; `rows` is the picture's first.
@@ -80,10 +30,8 @@ struct Kernels {
                       const SpanScale& scale, std::ptrdiff_t count, Level* target);
 
   // Averages within one row.
-  void (*AverageLevels)(const Level* source, const Span* spans, const SpanScale& scale,
-                        Long newWidth, Byte* target);
-  void (*AverageBytes)(const Byte* source, const Span* spans, const SpanScale& scale, Long newWidth,
-                       Level* target);
+  void (*AverageLevels)(const Level* source, const AveragePlan& plan, Byte* target);
+  void (*AverageBytes)(const Byte* source, const AveragePlan& plan, Level* target);
 
   // Blends within one row.
   void (*BlendLevels)(const Level* source, const BlendPlan& plan, Byte* target);
@@ -102,13 +50,13 @@ namespace scalar {
 
 void AverageRows(const Byte* rows, std::ptrdiff_t stride, const Span& span, const SpanScale& scale,
                  std::ptrdiff_t count, Level* target);
-void AverageLevels(const Level* source, const Span* spans, const SpanScale& scale, Long newWidth,
-                   Byte* target);
-void AverageBytes(const Byte* source, const Span* spans, const SpanScale& scale, Long newWidth,
-                  Level* target);
+void AverageLevels(const Level* source, const AveragePlan& plan, Byte* target);
+void AverageBytes(const Byte* source, const AveragePlan& plan, Level* target);
 void BlendLevels(const Level* source, const BlendPlan& plan, Byte* target);
 void BlendBytes(const Byte* source, const BlendPlan& plan, Level* target);
 // The same from a given target pixel on.
+void AverageLevelsFrom(Long x, const Level* source, const AveragePlan& plan, Byte* target);
+void AverageBytesFrom(Long x, const Byte* source, const AveragePlan& plan, Level* target);
 void BlendBytesFrom(Long x, const Byte* source, const BlendPlan& plan, Level* target);
 void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target);
 void HalveRows(const Byte* upper, const Byte* lower, Long newWidth, Byte* target);
@@ -120,8 +68,8 @@ namespace avx2 {
 
 void AverageRows(const Byte* rows, std::ptrdiff_t stride, const Span& span, const SpanScale& scale,
                  std::ptrdiff_t count, Level* target);
-void AverageLevels(const Level* source, const Span* spans, const SpanScale& scale, Long newWidth,
-                   Byte* target);
+void AverageLevels(const Level* source, const AveragePlan& plan, Byte* target);
+void AverageBytes(const Byte* source, const AveragePlan& plan, Level* target);
 void BlendBytes(const Byte* source, const BlendPlan& plan, Level* target);
 void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target);
 void HalveRows(const Byte* upper, const Byte* lower, Long newWidth, Byte* target);

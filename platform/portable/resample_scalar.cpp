@@ -17,10 +17,11 @@ Target Rounded(std::uint64_t sum, int fractionBits) {
 }
 
 template <typename Source, typename Target>
-void AverageColumns(const Source* source, const Span* spans, const SpanScale& scale, Long newWidth,
-                    Target* target) {
-  for (Long x = 0; x < newWidth; ++x) {
-    const Span& span = spans[x];
+void AverageColumns(Long x, const Source* source, const AveragePlan& plan, Target* target) {
+  const SpanScale& scale = plan.scale;
+  target += 3 * std::ptrdiff_t{x};
+  for (auto at = plan.at.begin() + x; at != plan.at.end(); ++at) {
+    const Span& span = *at;
     const Source* first = source + 3 * std::ptrdiff_t{span.first};
     const Source* last = source + 3 * std::ptrdiff_t{span.last};
     for (int channel = 0; channel < 3; ++channel) {
@@ -82,14 +83,20 @@ void AverageRows(const Byte* rows, std::ptrdiff_t stride, const Span& span, cons
   }
 }
 
-void AverageLevels(const Level* source, const Span* spans, const SpanScale& scale, Long newWidth,
-                   Byte* target) {
-  AverageColumns(source, spans, scale, newWidth, target);
+void AverageLevels(const Level* source, const AveragePlan& plan, Byte* target) {
+  AverageColumns(0, source, plan, target);
 }
 
-void AverageBytes(const Byte* source, const Span* spans, const SpanScale& scale, Long newWidth,
-                  Level* target) {
-  AverageColumns(source, spans, scale, newWidth, target);
+void AverageLevelsFrom(Long x, const Level* source, const AveragePlan& plan, Byte* target) {
+  AverageColumns(x, source, plan, target);
+}
+
+void AverageBytes(const Byte* source, const AveragePlan& plan, Level* target) {
+  AverageColumns(0, source, plan, target);
+}
+
+void AverageBytesFrom(Long x, const Byte* source, const AveragePlan& plan, Level* target) {
+  AverageColumns(x, source, plan, target);
 }
 
 void BlendLevels(const Level* source, const BlendPlan& plan, Byte* target) {

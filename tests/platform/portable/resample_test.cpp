@@ -137,7 +137,8 @@ TEST(Resample, OneColourStaysThatColourAtEverySize) {
     Long width, height, newWidth, newHeight;
   } cases[] = {{1, 1, 70, 3},        {70, 3, 1, 1},    {37, 23, 31, 11}, {37, 23, 50, 40},
                {37, 23, 12, 40},     {37, 23, 50, 11}, {60, 40, 30, 20}, {1, 65536, 65536, 1},
-               {65536, 1, 1, 65536}, {70001, 2, 7, 1}, {2, 70001, 3, 5}, {513, 257, 2, 1}};
+               {65536, 1, 1, 65536}, {70001, 2, 7, 1}, {2, 70001, 3, 5}, {513, 257, 2, 1},
+               {2560, 2, 10, 1},     {2569, 2, 11, 3}};
   for (const auto& [width, height, newWidth, newHeight] : cases) {
     for (const Byte level : {Byte{1}, Byte{128}, Byte{255}}) {
       const Byte other = static_cast<Byte>(255 - level);
@@ -183,8 +184,9 @@ TEST(Resample, EveryInstructionSetGivesTheSameBytesAndKeepsTheRestOfTheRow) {
 TEST(Resample, LongRowsAndTallSpansAreTheSameInEveryInstructionSet) {
   const struct {
     Long width, height, newWidth, newHeight;
-  } cases[] = {{250, 530, 70, 2}, {1031, 40, 4, 13},  {1031, 40, 3, 37}, {251, 20, 700, 60},
-               {251, 20, 80, 60}, {700, 20, 251, 20}, {251, 20, 700, 7}, {500, 40, 250, 20}};
+  } cases[] = {{250, 530, 70, 2},  {1031, 40, 4, 13}, {1031, 40, 3, 37},
+               {251, 20, 700, 60}, {251, 20, 80, 60}, {2569, 3, 11, 5},
+               {700, 20, 251, 20}, {251, 20, 700, 7}, {500, 40, 250, 20}};
   for (const auto& [width, height, newWidth, newHeight] : cases) {
     const Image source = Image(width, height).Fill(23);
     const Image expected = Resampled(source, newWidth, newHeight, InstructionSet::Scalar);
