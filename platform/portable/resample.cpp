@@ -16,13 +16,16 @@ using resample::Level;
 constexpr resample::Kernels kScalar{resample::scalar::AverageRows,  resample::scalar::AverageLevels,
                                     resample::scalar::AverageBytes, resample::scalar::BlendLevels,
                                     resample::scalar::BlendBytes,   resample::scalar::BlendRows,
-                                    resample::scalar::HalveRows};
+                                    resample::scalar::BlendRows,    resample::scalar::HalveRows};
 #ifdef QUILLET_X86
-constexpr resample::Kernels kAvx2{resample::avx2::AverageRows,  resample::avx2::AverageLevels,
-                                  resample::avx2::AverageBytes, resample::scalar::BlendLevels,
-                                  resample::avx2::BlendBytes,   resample::avx2::BlendRows,
-                                  resample::avx2::HalveRows};
+constexpr resample::Kernels kAvx2{resample::avx2::AverageRows,       resample::avx2::AverageLevels,
+                                  resample::avx2::AverageBytes,      resample::scalar::BlendLevels,
+                                  resample::avx2::BlendBytes,        resample::avx2::BlendRows,
+                                  resample::avx2::StreamBlendedRows, resample::avx2::HalveRows};
 #endif
+
+// What is written is not read again before so much else is that no cache keeps it.
+constexpr std::ptrdiff_t kStreamedSize = std::ptrdiff_t{32} << 20;
 
 const resample::Kernels& KernelsOf([[maybe_unused]] InstructionSet set) {
 #ifdef QUILLET_X86
@@ -102,6 +105,8 @@ void Resample24(const Byte* source, std::ptrdiff_t sourceStride, Long width, Lon
     return;
   }
   // Each source row is resampled once, and kept while target rows lie beside it.
+  const auto blendRows =
+      newHeight * targetStride >= kStreamedSize ? kernels.StreamBlendedRows : kernels.BlendRows;
   const BlendPlan plan(height, newHeight);
   std::vector<Level> upper = LevelRow(newWidth);
   std::vector<Level> lower = LevelRow(newWidth);
@@ -121,8 +126,8 @@ void Resample24(const Byte* source, std::ptrdiff_t sourceStride, Long width, Lon
       rowPass(source + (first + 1) * sourceStride, lower.data());
       lowerRow = first + 1;
     }
-    kernels.BlendRows(upper.data(), lower.data(), weight, 3 * std::ptrdiff_t{newWidth},
-                      target + y * targetStride);
+    blendRows(upper.data(), lower.data(), weight, 3 * std::ptrdiff_t{newWidth},
+              target + y * targetStride);
   }
 }
 

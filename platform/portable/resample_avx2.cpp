@@ -4,6 +4,9 @@
 
 #include <immintrin.h>
 
+#include <algorithm>
+#include <cstdint>
+
 // Everything here has internal linkage or is called through the kernel table only: code compiled
 // for AVX2 must not be what the linker keeps of an inline function shared with other files.
 namespace quillet::resample::avx2 {
@@ -105,7 +108,10 @@ void BlendBytes(const Byte* source, const BlendPlan& plan, Level* target) {
                          target);
 }
 
-void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target) {
+namespace {
+
+template <bool kStreams>
+void BlendRowsTo(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target) {
   const __m256i weights = _mm256_set1_epi16(static_cast<std::int16_t>(weight));
   const __m256i half = _mm256_set1_epi16(1 << (kLevelBits - 1));
   const auto blend = [=](const Level* first, const Level* second) {
@@ -114,12 +120,34 @@ void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count
     return _mm256_srli_epi16(_mm256_add_epi16(_mm256_add_epi16(from, step), half), kLevelBits);
   };
   std::ptrdiff_t i = 0;
+  if constexpr (kStreams) {
+    // Streaming stores go to multiples of 32.
+    const auto beyond = static_cast<std::ptrdiff_t>(reinterpret_cast<std::uintptr_t>(target) % 32);
+    i = beyond == 0 ? 0 : std::min(32 - beyond, count);
+    scalar::BlendRows(a, b, weight, i, target);
+  }
   for (; i + 32 <= count; i += 32) {
-    const __m256i bytes = _mm256_packus_epi16(blend(a + i, b + i), blend(a + i + 16, b + i + 16));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(target + i),
-                        _mm256_permute4x64_epi64(bytes, 0xD8));
+    const __m256i packed = _mm256_packus_epi16(blend(a + i, b + i), blend(a + i + 16, b + i + 16));
+    const __m256i bytes = _mm256_permute4x64_epi64(packed, 0xD8);
+    auto* const to = reinterpret_cast<__m256i*>(target + i);
+    if constexpr (kStreams)
+      _mm256_stream_si256(to, bytes);
+    else
+      _mm256_storeu_si256(to, bytes);
   }
   scalar::BlendRows(a + i, b + i, weight, count - i, target + i);
+}
+
+}  // namespace
+
+void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target) {
+  BlendRowsTo<false>(a, b, weight, count, target);
+}
+
+void StreamBlendedRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count,
+                       Byte* target) {
+  BlendRowsTo<true>(a, b, weight, count, target);
+  _mm_sfence();
 }
 
 }  // namespace quillet::resample::avx2

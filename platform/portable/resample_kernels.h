@@ -40,6 +40,9 @@ struct Kernels {
   // Blends two rows.
   void (*BlendRows)(const Level* a, const Level* b, Long weight, std::ptrdiff_t count,
                     Byte* target);
+  // The same past the cache: for a target larger than it.
+  void (*StreamBlendedRows)(const Level* a, const Level* b, Long weight, std::ptrdiff_t count,
+                            Byte* target);
 
   // Both passes at once for a picture that shrinks to exactly half either way: (sum of four + 2)
   // / 4.
@@ -72,6 +75,8 @@ void AverageLevels(const Level* source, const AveragePlan& plan, Byte* target);
 void AverageBytes(const Byte* source, const AveragePlan& plan, Level* target);
 void BlendBytes(const Byte* source, const BlendPlan& plan, Level* target);
 void BlendRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count, Byte* target);
+void StreamBlendedRows(const Level* a, const Level* b, Long weight, std::ptrdiff_t count,
+                       Byte* target);
 void HalveRows(const Byte* upper, const Byte* lower, Long newWidth, Byte* target);
 
 }  // namespace avx2

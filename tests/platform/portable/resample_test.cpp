@@ -184,9 +184,9 @@ TEST(Resample, EveryInstructionSetGivesTheSameBytesAndKeepsTheRestOfTheRow) {
 TEST(Resample, LongRowsAndTallSpansAreTheSameInEveryInstructionSet) {
   const struct {
     Long width, height, newWidth, newHeight;
-  } cases[] = {{250, 530, 70, 2},  {1031, 40, 4, 13}, {1031, 40, 3, 37},
-               {251, 20, 700, 60}, {251, 20, 80, 60}, {2569, 3, 11, 5},
-               {700, 20, 251, 20}, {251, 20, 700, 7}, {500, 40, 250, 20}};
+  } cases[] = {{250, 530, 70, 2}, {1031, 40, 4, 13},     {1031, 40, 3, 37}, {251, 20, 700, 60},
+               {251, 20, 80, 60}, {3001, 7, 4003, 2801}, {2569, 3, 11, 5},  {700, 20, 251, 20},
+               {251, 20, 700, 7}, {500, 40, 250, 20}};
   for (const auto& [width, height, newWidth, newHeight] : cases) {
     const Image source = Image(width, height).Fill(23);
     const Image expected = Resampled(source, newWidth, newHeight, InstructionSet::Scalar);
