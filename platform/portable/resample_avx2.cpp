@@ -20,6 +20,12 @@ __m128i Load16(const void* from) {
   return _mm_loadu_si128(static_cast<const __m128i*>(from));
 }
 
+// Asks for the cache line at that distance, which may lie outside the picture.
+void Prefetch(const Byte* base, std::ptrdiff_t distance) {
+  const auto at = reinterpret_cast<std::uintptr_t>(base) + static_cast<std::uintptr_t>(distance);
+  _mm_prefetch(reinterpret_cast<const char*>(at), _MM_HINT_T0);
+}
+
 // 16 bytes, each in 16 bits.
 __m256i LoadWidened(const Byte* from) {
   return _mm256_cvtepu8_epi16(Load16(from));
@@ -66,14 +72,18 @@ void AverageRows(const Byte* rows, std::ptrdiff_t stride, const Span& span, cons
                              _mm256_set1_epi32(static_cast<int>(span.weightLast))};
   const Byte* first = rows + span.first * stride;
   const Byte* last = rows + span.last * stride;
+  // The rows of the next span, which the processor does not foresee.
+  const std::ptrdiff_t nextSpan = last - first;
   std::ptrdiff_t i = 0;
   for (; i + 32 <= count; i += 32) {
     // At most 255 rows: the sums fit 16 bits.
     __m256i low = _mm256_setzero_si256();
     __m256i high = _mm256_setzero_si256();
     const Byte* row = first + i;
+    Prefetch(last + i, nextSpan);
     for (Long y = span.first + 1; y < span.last; ++y) {
       row += stride;
+      Prefetch(row, nextSpan);
       low = _mm256_add_epi16(low, LoadWidened(row));
       high = _mm256_add_epi16(high, LoadWidened(row + 16));
     }
