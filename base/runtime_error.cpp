@@ -15,6 +15,12 @@ const char* Text(ErrorNumber number) {
       return "Subscript out of range";
     case ErrorNumber::TypeMismatch:
       return "Type mismatch";
+    case ErrorNumber::LibraryNotLoaded:
+      return "Error in loading DLL";
+    case ErrorNumber::DiskFull:
+      return "Disk full";
+    case ErrorNumber::PermissionDenied:
+      return "Permission denied";
     case ErrorNumber::FileNotFound:
       return "File not found";
     case ErrorNumber::PathFileAccess:

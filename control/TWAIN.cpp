@@ -31,6 +31,7 @@ void TWAIN::UserControl_Initialize() {
   m_DisplayPicture = m_platform.pictures.EmptyPicture();
   PIC24 = std::make_unique<cPicture24>(m_platform,
                                        [this](Integer percent) { PIC24_Progress(percent); });
+  m_Twain = std::make_unique<cTwain>(m_platform);
   m_GDI = std::make_unique<cGDI>(m_platform);
 }
 
@@ -38,6 +39,7 @@ void TWAIN::UserControl_Terminate() {
   m_Picture.reset();
   m_DisplayPicture.reset();
   PIC24.reset();
+  m_Twain.reset();
   m_GDI.reset();
 }
 

@@ -14,6 +14,7 @@
 #include "platform/contracts/platform.h"
 #include "platform/contracts/site.h"
 #include "platform/contracts/surface.h"
+#include "twain/cTwain.h"
 
 namespace quillet {
 
@@ -80,6 +81,10 @@ class TWAIN : public std::enable_shared_from_this<TWAIN> {
   void PutShowInterface(bool value);
   bool Scrollable() const { return m_Scrollable; }
   void PutScrollable(bool value);
+
+  // The scanner.
+  void Scan(std::string& Title);
+  void SelectSource(std::string& Title);
 
   // The view.
   void Refresh();
@@ -158,6 +163,7 @@ class TWAIN : public std::enable_shared_from_this<TWAIN> {
   FIT_TYPE m_FitType = twFITNONE;
   PictureRef m_Picture;
   PictureRef m_DisplayPicture;
+  std::unique_ptr<cTwain> m_Twain;
   std::unique_ptr<cGDI> m_GDI;
   std::unique_ptr<cPicture24> PIC24;
 };

@@ -9,5 +9,6 @@ namespace quillet {
 enum class BitmapHandle : std::uintptr_t { None = 0 };
 enum class DCHandle : std::uintptr_t { None = 0 };
 enum class WindowHandle : std::uintptr_t { None = 0 };
+enum class GlobalHandle : std::uintptr_t { None = 0 };
 
 }  // namespace quillet

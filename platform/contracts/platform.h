@@ -1,7 +1,11 @@
 #pragma once
 
 #include "platform/contracts/bitmap_services.h"
+#include "platform/contracts/files.h"
+#include "platform/contracts/global_memory.h"
+#include "platform/contracts/messages.h"
 #include "platform/contracts/picture_services.h"
+#include "platform/contracts/source_manager.h"
 
 namespace quillet {
 
@@ -9,6 +13,10 @@ namespace quillet {
 struct Platform {
   BitmapServices& bitmaps;
   PictureServices& pictures;
+  GlobalMemory& memory;
+  Messages& messages;
+  SourceManager& sources;
+  Files& files;
 };
 
 }  // namespace quillet
