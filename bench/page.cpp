@@ -38,7 +38,7 @@ Page::Page(int dotsPerInch, InstructionSet instructions)
       m_stride((3 * static_cast<std::size_t>(m_width) + 3) / 4 * 4),
       m_pixels(std::make_unique<PixelMemory>(m_stride * static_cast<std::size_t>(m_height))),
       m_copy(std::make_unique<PixelMemory>(m_pixels->Size())),
-      m_platform(std::make_unique<PortablePlatform>(instructions)),
+      m_platform(std::make_unique<PortablePlatform>("", instructions)),
       m_picture(PictureOfPage(m_platform->Contracts(), dotsPerInch)) {
   DrawPage(dotsPerInch, m_pixels->Data(), m_stride);
   std::memset(m_copy->Data(), 0, m_copy->Size());

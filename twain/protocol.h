@@ -72,16 +72,21 @@ inline constexpr TW_UINT16 TWCC_SUCCESS = 0;
 inline constexpr TW_UINT16 TWCC_BUMMER = 1;
 inline constexpr TW_UINT16 TWCC_LOWMEMORY = 2;
 inline constexpr TW_UINT16 TWCC_NODS = 3;
+inline constexpr TW_UINT16 TWCC_MAXCONNECTIONS = 4;
 inline constexpr TW_UINT16 TWCC_OPERATIONERROR = 5;
 inline constexpr TW_UINT16 TWCC_BADPROTOCOL = 9;
 inline constexpr TW_UINT16 TWCC_BADVALUE = 10;
 inline constexpr TW_UINT16 TWCC_SEQERROR = 11;
 inline constexpr TW_UINT16 TWCC_BADDEST = 12;
 inline constexpr TW_UINT16 TWCC_CAPUNSUPPORTED = 13;
+inline constexpr TW_UINT16 TWCC_CAPBADOPERATION = 14;
 
 // Capabilities.
 inline constexpr TW_UINT16 CAP_XFERCOUNT = 0x0001;
 inline constexpr TW_UINT16 ICAP_PIXELTYPE = 0x0101;
+inline constexpr TW_UINT16 ICAP_UNITS = 0x0102;
+inline constexpr TW_UINT16 ICAP_XFERMECH = 0x0103;
+inline constexpr TW_UINT16 CAP_SUPPORTEDCAPS = 0x1005;
 inline constexpr TW_UINT16 CAP_INDICATORS = 0x100B;
 inline constexpr TW_UINT16 CAP_UICONTROLLABLE = 0x100E;
 inline constexpr TW_UINT16 ICAP_PHYSICALWIDTH = 0x1111;
@@ -99,6 +104,13 @@ inline constexpr TW_UINT16 TWTY_INT16 = 1;
 inline constexpr TW_UINT16 TWTY_UINT16 = 4;
 inline constexpr TW_UINT16 TWTY_BOOL = 6;
 inline constexpr TW_UINT16 TWTY_FIX32 = 7;
+
+// Values of capabilities.
+inline constexpr TW_UINT16 TWPT_BW = 0;
+inline constexpr TW_UINT16 TWPT_GRAY = 1;
+inline constexpr TW_UINT16 TWPT_RGB = 2;
+inline constexpr TW_UINT16 TWUN_INCHES = 0;
+inline constexpr TW_UINT16 TWSX_NATIVE = 0;
 
 inline constexpr TW_UINT16 TWLG_ENGLISH_USA = 13;
 inline constexpr TW_UINT16 TWCY_USA = 1;
@@ -140,6 +152,28 @@ struct TW_CAPABILITY {
 struct TW_ONEVALUE {
   TW_UINT16 ItemType;
   TW_UINT32 Item;
+};
+
+// The heads of the containers of several values; the values follow, in the width of their type.
+struct TW_ARRAY {
+  TW_UINT16 ItemType;
+  TW_UINT32 NumItems;
+};
+
+struct TW_ENUMERATION {
+  TW_UINT16 ItemType;
+  TW_UINT32 NumItems;
+  TW_UINT32 CurrentIndex;
+  TW_UINT32 DefaultIndex;
+};
+
+struct TW_RANGE {
+  TW_UINT16 ItemType;
+  TW_UINT32 MinValue;
+  TW_UINT32 MaxValue;
+  TW_UINT32 StepSize;
+  TW_UINT32 DefaultValue;
+  TW_UINT32 CurrentValue;
 };
 
 struct TW_FRAME {
@@ -188,6 +222,9 @@ static_assert(offsetof(TW_IDENTITY, ProductFamily) == 88);
 static_assert(offsetof(TW_IDENTITY, ProductName) == 122);
 static_assert(sizeof(TW_FIX32) == 4);
 static_assert(sizeof(TW_ONEVALUE) == 6);
+static_assert(sizeof(TW_ARRAY) == 6);
+static_assert(sizeof(TW_ENUMERATION) == 14);
+static_assert(sizeof(TW_RANGE) == 22);
 static_assert(sizeof(TW_IMAGELAYOUT) == 28);
 static_assert(sizeof(TW_PENDINGXFERS) == 6);
 static_assert(sizeof(TW_STATUS) == 4);

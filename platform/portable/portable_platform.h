@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "picture/kernels/kernels.h"
 #include "platform/contracts/census.h"
@@ -9,17 +10,25 @@
 namespace quillet {
 
 class PortableBitmaps;
+class PortableFiles;
+class PortableMemory;
+class PortableMessages;
 class PortablePictures;
+class PortableSourceManager;
 class PortableSurface;
+class SimulatedUser;
 class WindowTable;
 
-// The platform layer for any POSIX machine: bitmaps, pictures and surfaces in memory.
+// The platform layer for any POSIX machine: bitmaps, pictures, surfaces, memory blocks and windows
+// in memory, simulated data sources. One thread uses it.
 //
 // Pictures and surfaces made here may outlive it: they share what they need.
 class PortablePlatform {
  public:
-  // The instruction set for resampling, which the processor must have.
-  explicit PortablePlatform(InstructionSet instructions = BestKernels().set);
+  // The user's default source is kept in that folder from process to process; in none for "". The
+  // instruction set is for resampling; the processor must have it.
+  explicit PortablePlatform(const std::string& stateFolder = "",
+                            InstructionSet instructions = BestKernels().set);
   PortablePlatform(const PortablePlatform&) = delete;
   PortablePlatform& operator=(const PortablePlatform&) = delete;
   ~PortablePlatform();
@@ -31,10 +40,24 @@ class PortablePlatform {
   // no scroll bar shows.
   std::shared_ptr<PortableSurface> CreateSurface(int insideWidth, int insideHeight);
 
+  // For the one who plays the machine and the person in front of it.
+  PortableMessages& Queue() noexcept { return *m_messages; }
+  PortableSourceManager& Sources() noexcept { return *m_sources; }
+  SimulatedUser& User() noexcept { return *m_user; }
+
+  // Lays the picture in a file on the glass of the sources, in place of the built-in test page.
+  // Errors as of PictureServices::LoadPicture.
+  void PutPageOnGlass(const std::string& fileName);
+
  private:
   std::shared_ptr<PortableBitmaps> m_bitmaps;
   std::shared_ptr<PortablePictures> m_pictures;
   std::shared_ptr<WindowTable> m_windows;
+  std::unique_ptr<PortableMemory> m_memory;
+  std::unique_ptr<PortableMessages> m_messages;
+  std::unique_ptr<SimulatedUser> m_user;
+  std::unique_ptr<PortableSourceManager> m_sources;
+  std::unique_ptr<PortableFiles> m_files;
   Platform m_contracts;
 };
 

@@ -104,4 +104,69 @@ PictureRef FaultyPlatform::Pictures::LoadPicture(const std::string& fileName) {
   return m_owner.m_platform.pictures.LoadPicture(fileName);
 }
 
+GlobalHandle FaultyPlatform::Memory::GlobalAlloc(std::size_t bytes) {
+  if (m_owner.Fails("GlobalAlloc")) return GlobalHandle::None;
+  return m_owner.m_platform.memory.GlobalAlloc(bytes);
+}
+
+void* FaultyPlatform::Memory::GlobalLock(GlobalHandle block) {
+  return m_owner.Fails("GlobalLock") ? nullptr : m_owner.m_platform.memory.GlobalLock(block);
+}
+
+void FaultyPlatform::Memory::GlobalUnlock(GlobalHandle block) {
+  m_owner.m_platform.memory.GlobalUnlock(block);
+}
+
+std::size_t FaultyPlatform::Memory::GlobalSize(GlobalHandle block) const {
+  return m_owner.m_platform.memory.GlobalSize(block);
+}
+
+bool FaultyPlatform::Memory::GlobalFree(GlobalHandle block) {
+  return m_owner.m_platform.memory.GlobalFree(block);
+}
+
+WindowHandle FaultyPlatform::Queue::CreateWindowExA(const char* className, const char* caption,
+                                                    Long x, Long y, Long width, Long height) {
+  if (m_owner.Fails("CreateWindowExA")) return WindowHandle::None;
+  return m_owner.m_platform.messages.CreateWindowExA(className, caption, x, y, width, height);
+}
+
+bool FaultyPlatform::Queue::DestroyWindow(WindowHandle window) {
+  const bool fails = m_owner.Fails("DestroyWindow");
+  return m_owner.m_platform.messages.DestroyWindow(window) && !fails;
+}
+
+int FaultyPlatform::Queue::GetMessageA(MSG& message) {
+  return m_owner.Fails("GetMessageA") ? -1 : m_owner.m_platform.messages.GetMessageA(message);
+}
+
+void FaultyPlatform::Queue::TranslateMessage(const MSG& message) {
+  m_owner.m_platform.messages.TranslateMessage(message);
+}
+
+void FaultyPlatform::Queue::DispatchMessageA(const MSG& message) {
+  m_owner.m_platform.messages.DispatchMessageA(message);
+}
+
+std::string FaultyPlatform::FileSystem::GetTempPathA() {
+  return m_owner.m_platform.files.GetTempPathA();
+}
+
+std::string FaultyPlatform::FileSystem::GetTempFileNameA(const std::string& folder,
+                                                         const std::string& prefix) {
+  if (m_owner.Fails("GetTempFileNameA")) throw RunTimeError(ErrorNumber::PermissionDenied);
+  return m_owner.m_platform.files.GetTempFileNameA(folder, prefix);
+}
+
+void FaultyPlatform::FileSystem::WriteFile(const std::string& fileName,
+                                           std::span<const std::span<const Byte>> pieces) {
+  if (m_owner.Fails("WriteFile")) throw RunTimeError(ErrorNumber::DiskFull);
+  m_owner.m_platform.files.WriteFile(fileName, pieces);
+}
+
+void FaultyPlatform::FileSystem::DeleteFile(const std::string& fileName) {
+  if (m_owner.Fails("DeleteFile")) throw RunTimeError(ErrorNumber::PermissionDenied);
+  m_owner.m_platform.files.DeleteFile(fileName);
+}
+
 }  // namespace quillet

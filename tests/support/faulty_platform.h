@@ -7,9 +7,10 @@
 
 namespace quillet {
 
-// A platform whose calls can be made to fail at their N-th use. Releases (DeleteDC, DeleteObject)
-// never fail, and neither does putting a context's earlier bitmap back: no code can do anything
-// about that.
+// A platform whose calls can be made to fail at their N-th use. Releases (DeleteDC, DeleteObject,
+// GlobalUnlock, GlobalFree) never fail, and neither does putting a context's earlier bitmap back:
+// no code can do anything about that. A window is gone even where DestroyWindow is told to fail.
+// Data sources have scripts of their own: they pass.
 class FaultyPlatform {
  public:
   explicit FaultyPlatform(Platform& platform);
@@ -62,13 +63,56 @@ class FaultyPlatform {
     FaultyPlatform& m_owner;
   };
 
+  class Memory : public GlobalMemory {
+   public:
+    explicit Memory(FaultyPlatform& owner) : m_owner(owner) {}
+    GlobalHandle GlobalAlloc(std::size_t bytes) override;
+    void* GlobalLock(GlobalHandle block) override;
+    void GlobalUnlock(GlobalHandle block) override;
+    std::size_t GlobalSize(GlobalHandle block) const override;
+    bool GlobalFree(GlobalHandle block) override;
+
+   private:
+    FaultyPlatform& m_owner;
+  };
+
+  class Queue : public Messages {
+   public:
+    explicit Queue(FaultyPlatform& owner) : m_owner(owner) {}
+    WindowHandle CreateWindowExA(const char* className, const char* caption, Long x, Long y,
+                                 Long width, Long height) override;
+    bool DestroyWindow(WindowHandle window) override;
+    int GetMessageA(MSG& message) override;
+    void TranslateMessage(const MSG& message) override;
+    void DispatchMessageA(const MSG& message) override;
+
+   private:
+    FaultyPlatform& m_owner;
+  };
+
+  class FileSystem : public Files {
+   public:
+    explicit FileSystem(FaultyPlatform& owner) : m_owner(owner) {}
+    std::string GetTempPathA() override;
+    std::string GetTempFileNameA(const std::string& folder, const std::string& prefix) override;
+    void WriteFile(const std::string& fileName,
+                   std::span<const std::span<const Byte>> pieces) override;
+    void DeleteFile(const std::string& fileName) override;
+
+   private:
+    FaultyPlatform& m_owner;
+  };
+
   // Counts a call; whether it is the one to fail.
   bool Fails(const char* service);
 
   Platform& m_platform;
   Bitmaps m_bitmaps{*this};
   Pictures m_pictures{*this};
-  Platform m_contracts{m_bitmaps, m_pictures};
+  Memory m_memory{*this};
+  Queue m_messages{*this};
+  FileSystem m_files{*this};
+  Platform m_contracts{m_bitmaps, m_pictures, m_memory, m_messages, m_platform.sources, m_files};
 
   std::string m_failingService;  // empty for any
   int m_failingCall = 0;

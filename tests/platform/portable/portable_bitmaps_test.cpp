@@ -13,7 +13,13 @@ class PortableBitmapsTest : public testing::Test {
  protected:
   std::shared_ptr<PortableBitmaps> bitmaps = std::make_shared<PortableBitmaps>();
   PortablePictures pictures{bitmaps};
-  Platform platform{*bitmaps, pictures};
+  PortablePlatform rest;
+  Platform platform{*bitmaps,
+                    pictures,
+                    rest.Contracts().memory,
+                    rest.Contracts().messages,
+                    rest.Contracts().sources,
+                    rest.Contracts().files};
 };
 
 TEST_F(PortableBitmapsTest, CopiesOfAPictureShareItsPixelsUntilOneIsWritten) {

@@ -1,0 +1,88 @@
+#include "platform/contracts/files.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <numeric>
+#include <vector>
+
+#include "tests/contracts/contract_platform.h"
+#include "tests/support/error_of.h"
+#include "tests/support/temporary_folder.h"
+
+namespace quillet {
+namespace {
+
+using enum ErrorNumber;
+
+class FilesContract : public testing::Test {
+ protected:
+  static std::string Content(const std::string& name) {
+    std::ifstream file(name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  void Write(const std::string& name, const std::vector<std::string>& texts) {
+    std::vector<std::span<const Byte>> pieces;
+    for (const std::string& text : texts)
+      pieces.emplace_back(reinterpret_cast<const Byte*>(text.data()), text.size());
+    files.WriteFile(name, pieces);
+  }
+
+  std::unique_ptr<ContractPlatform> m_platform = MakeContractPlatform();
+  Files& files = m_platform->Contracts().files;
+  TemporaryFolder m_folder;
+};
+
+TEST_F(FilesContract, TemporaryFilesAreNewEmptyAndTheOwnersAlone) {
+  const std::string first = files.GetTempFileNameA(m_folder.Path(""), "ptw");
+  const std::string second = files.GetTempFileNameA(m_folder.Path(""), "ptw");
+  EXPECT_NE(first, second);
+  EXPECT_TRUE(first.starts_with(m_folder.Path("ptw")));
+  EXPECT_EQ(std::filesystem::file_size(first), 0u);
+  const auto permissions = std::filesystem::status(first).permissions();
+  EXPECT_EQ(permissions & (std::filesystem::perms::group_all | std::filesystem::perms::others_all),
+            std::filesystem::perms::none);
+  EXPECT_TRUE(files.GetTempPathA().ends_with('/'));
+}
+
+TEST_F(FilesContract, PathsMayBeLong) {
+  std::filesystem::path folder = m_folder.Path(std::string(200, 'a'));
+  folder /= std::string(200, 'b');
+  std::filesystem::create_directories(folder);
+  const std::string name = files.GetTempFileNameA(folder.string(), "ptw");
+  Write(name, {"content"});
+  EXPECT_EQ(Content(name), "content");
+  files.DeleteFile(name);
+  EXPECT_FALSE(std::filesystem::exists(name));
+}
+
+TEST_F(FilesContract, PiecesBecomeTheWholeContent) {
+  const std::string name = m_folder.Path("file");
+  const std::string large(3'000'001, 'x');
+  Write(name, {"head", "", large, "tail"});
+  EXPECT_EQ(Content(name), "head" + large + "tail");
+  std::vector<std::string> many(100);
+  for (std::size_t i = 0; i < many.size(); ++i) many[i] = std::to_string(i) + ",";
+  Write(name, many);
+  EXPECT_EQ(Content(name), std::accumulate(many.begin(), many.end(), std::string()));
+  Write(name, {});
+  EXPECT_EQ(Content(name), "");
+}
+
+TEST_F(FilesContract, ErrorsCarryTheirNumbers) {
+  const std::string file = m_folder.Path("file");
+  Write(file, {"x"});
+  EXPECT_EQ(ErrorOf([&] { Write(m_folder.Path("none/file"), {"x"}); }), PathNotFound);
+  EXPECT_EQ(ErrorOf([&] { Write(file + "/below", {"x"}); }), PathNotFound);
+  EXPECT_EQ(ErrorOf([&] { Write(m_folder.Path(""), {"x"}); }), PathFileAccess);
+  EXPECT_EQ(ErrorOf([&] { Write("", {"x"}); }), PathFileAccess);
+  EXPECT_EQ(ErrorOf([&] { files.DeleteFile(m_folder.Path("none")); }), FileNotFound);
+  EXPECT_EQ(ErrorOf([&] { files.DeleteFile(m_folder.Path("none/file")); }), PathNotFound);
+  EXPECT_EQ(ErrorOf([&] { files.DeleteFile(m_folder.Path("")); }), PathFileAccess);
+  EXPECT_EQ(ErrorOf([&] { files.GetTempFileNameA(m_folder.Path("none"), "ptw"); }), PathNotFound);
+}
+
+}  // namespace
+}  // namespace quillet
