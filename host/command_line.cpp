@@ -16,13 +16,11 @@ constexpr struct {
   const char* name;
   bool CommandLine::*value;
 } kFlags[] = {
-    {"--events", &CommandLine::events},
-    {"--byref", &CommandLine::byRef},
-    {"--keep-going", &CommandLine::keepGoing},
-    {"--leaks", &CommandLine::leaks},
-    {"--members", &CommandLine::members},
-    {"--version", &CommandLine::version},
-    {"--help", &CommandLine::help},
+    {"--events", &CommandLine::events},        {"--byref", &CommandLine::byRef},
+    {"--keep-going", &CommandLine::keepGoing}, {"--leaks", &CommandLine::leaks},
+    {"--members", &CommandLine::members},      {"--trace", &CommandLine::trace},
+    {"--no-manager", &CommandLine::noManager}, {"--list-sources", &CommandLine::listSources},
+    {"--version", &CommandLine::version},      {"--help", &CommandLine::help},
 };
 
 // Reads one command line from left to right.
@@ -70,6 +68,9 @@ class Parser {
         {"--view", "WxH", &Parser::TakeView},
         {"--steps", "FILE|-", &Parser::TakeSteps},
         {"--on", "EVENT=STEP", &Parser::TakeEventStep},
+        {"--source", "NAME", &Parser::TakeSource},
+        {"--page", "FILE", &Parser::TakePage},
+        {"--fault", "DAT/MSG[/CAP]=TWRC", &Parser::TakeFault},
     };
     const std::size_t mark = argument.find('=');
     const bool hasValue = mark != std::string::npos;
@@ -91,6 +92,18 @@ class Parser {
   }
 
   void TakeView(const std::string& value) { m_result.view = ParseSize(value); }
+
+  void TakeSource(const std::string& value) {
+    m_result.source = FindSourceModel(value);
+    if (!m_result.source) throw UsageError("there is no source " + value);
+  }
+
+  void TakePage(const std::string& value) {
+    if (value.empty()) throw UsageError("the file's name is missing");
+    m_result.page = value;
+  }
+
+  void TakeFault(const std::string& value) { m_result.faults.push_back(ParseSourceFault(value)); }
 
   void TakeEventStep(const std::string& value) {
     const std::size_t mark = value.find('=');

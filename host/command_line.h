@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "control/events.h"
+#include "host/source_faults.h"
 #include "host/step.h"
+#include "platform/portable/source_model.h"
 
 namespace quillet {
 
@@ -24,8 +26,14 @@ struct CommandLine {
   bool keepGoing = false;
   bool leaks = false;
   bool members = false;
+  bool trace = false;
+  bool noManager = false;
+  bool listSources = false;
   bool version = false;
   bool help = false;
+  const SourceModel* source = nullptr;  // null: the user's default
+  std::string page;                     // empty: the built-in one
+  std::vector<SourceFault> faults;
   std::vector<EventStep> eventSteps;
   std::vector<Step> steps;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "base/types.h"
@@ -40,6 +41,11 @@ class ControlWindow {
   virtual void DragThumb(Bar bar, Integer value) = 0;
   virtual void ClickArrow(Bar bar, bool forward) = 0;
   virtual void ClickPage(Bar bar, bool forward) = 0;
+
+  // What the person will do in the next source chooser, and in the next dialog of a source; without
+  // a word they cancel.
+  virtual void WillChooseSource(const std::string& name) = 0;
+  virtual void WillPressScan(bool scan) = 0;
 
   // Lets the window do what waits for the host's message loop: paint what needs it.
   virtual void Idle() = 0;

@@ -37,6 +37,11 @@ What the host and the user do (points and sizes in pixels of the control's insid
                               its size in pixels, of the bars with visible, min, max and value
   @keep:NAME                  keeps the picture that the control has now
 
+  What the user will do in the next dialog is said before it; otherwise they cancel.
+  @choose:NAME                picks that source in the next source chooser (SelectSource)
+  @source:scan|cancel         presses that button in the next dialog of a source (Scan with
+                              ShowInterface=True)
+
 Options
   --view WxH        inside size without scroll bars, in pixels (800x600)
   --steps FILE|-    runs the steps in a file or standard input, one a line, at this place among the
@@ -44,10 +49,18 @@ Options
   --events          prints each event and property-change notification as it comes
   --on EVENT=STEP   runs a step inside that event, but not inside one that the step itself caused;
                     may be repeated
+  --source NAME     scans with that source (the one chosen last); --list-sources names them
+  --page FILE       lays the picture in a BMP file on the scanner's glass (the built-in test page)
+  --trace           prints each TWAIN operation: what is sent, return code, what comes back
+  --fault DAT/MSG[/CAP]=TWRC
+                    that TWAIN operation answers so and does nothing, as in
+                    DAT_CAPABILITY/MSG_SET/ICAP_YRESOLUTION=TWRC_FAILURE; may be repeated
+  --no-manager      as on a machine without TWAIN
   --byref           prints arguments that a call changed
   --keep-going      goes on after a step that failed
   --leaks           prints which platform objects are left when the control is gone
   --members         prints the control's members and ends
+  --list-sources    prints the simulated sources and ends
   --version, --help
 
 Exit status
@@ -58,6 +71,8 @@ Exit status
 
 Examples
   quillet Picture=page.bmp Rotate Fit:twFITWIDTH @snapshot:page.png
+  quillet Resolution=150 Scan Fit:twFITINTO @snapshot:page.png
+  quillet --trace ShowInterface=True @source:scan Scan
   quillet --view 320x200 Picture=page.bmp @scroll:v,120 @layout @snapshot:view.png
   quillet --events --on Click=Flip Picture=page.bmp @mouse:click,10,10
   quillet Picture=a.bmp @keep:a Flip Flip Compare:@a

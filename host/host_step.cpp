@@ -5,6 +5,7 @@
 
 #include "host/text.h"
 #include "host/usage_error.h"
+#include "platform/portable/source_model.h"
 
 namespace quillet {
 namespace {
@@ -27,6 +28,8 @@ constexpr Word<MouseAction> kMouseActions[] = {{"down", MouseAction::Down},
                                                {"dblclick", MouseAction::DblClick}};
 constexpr Word<KeyAction> kKeyActions[] = {
     {"down", KeyAction::Down}, {"press", KeyAction::Press}, {"up", KeyAction::Up}};
+
+constexpr Word<bool> kSourceButtons[] = {{"scan", true}, {"cancel", false}};
 
 template <typename T, std::size_t N>
 T Choose(const std::string& text, const Word<T> (&words)[N]) {
@@ -111,6 +114,15 @@ Step::Action Keep(Fields fields) {
   return KeepPicture{ToLower(fields[0])};
 }
 
+Step::Action ChooseNext(Fields fields) {
+  if (!FindSourceModel(fields[0])) throw UsageError("there is no source " + fields[0]);
+  return ChooseSource{fields[0]};
+}
+
+Step::Action PressNext(Fields fields) {
+  return PressSourceButton{Choose(fields[0], kSourceButtons)};
+}
+
 struct Verb {
   const char* name;
   const char* form;  // of its arguments
@@ -129,6 +141,8 @@ constexpr Verb kVerbs[] = {
     {"key", ":down|press|up,CODE[,SHIFT]", 2, 3, false, Key},
     {"layout", "", 0, 0, false, Layout},
     {"keep", ":NAME", 1, 1, true, Keep},
+    {"choose", ":NAME", 1, 1, true, ChooseNext},
+    {"source", ":scan|cancel", 1, 1, false, PressNext},
 };
 
 const Verb& FindVerb(std::string_view name) {

@@ -4,7 +4,9 @@
 
 #include "base/rounding.h"
 #include "base/runtime_error.h"
+#include "platform/portable/portable_messages.h"
 #include "platform/portable/portable_platform.h"
+#include "platform/portable/simulated_user.h"
 
 namespace quillet {
 namespace {
@@ -19,9 +21,12 @@ ControlWindow::Place PlaceInTwips(const PixelRect& place) {
 }  // namespace
 
 PortableWindow::PortableWindow(PortablePlatform& platform, int width, int height)
-    : m_surface(platform.CreateSurface(width, height)) {}
+    : m_platform(platform),
+      m_surface(platform.CreateSurface(width, height)),
+      m_paintTask(platform.Queue().AddIdleTask([surface = m_surface] { surface->Idle(); })) {}
 
 PortableWindow::~PortableWindow() {
+  m_platform.Queue().RemoveIdleTask(m_paintTask);
   m_surface->Close();
 }
 
@@ -78,6 +83,14 @@ void PortableWindow::ClickArrow(Bar bar, bool forward) {
 
 void PortableWindow::ClickPage(Bar bar, bool forward) {
   m_surface->Input().ClickPage(ScrollBarOf(bar), forward);
+}
+
+void PortableWindow::WillChooseSource(const std::string& name) {
+  m_platform.User().WillChoose(name);
+}
+
+void PortableWindow::WillPressScan(bool scan) {
+  m_platform.User().WillPressScan(scan);
 }
 
 void PortableWindow::Idle() {

@@ -8,7 +8,8 @@ namespace quillet {
 class PortablePlatform;
 
 // A window in memory with one surface in it. The window goes with this object; the surface may
-// outlive it, as a control does whose form was closed.
+// outlive it, as a control does whose form was closed. It paints whenever a message loop of the
+// thread has nothing else to do. The platform outlives it.
 class PortableWindow : public ControlWindow {
  public:
   // The inside size in pixels, border left out.
@@ -26,6 +27,8 @@ class PortableWindow : public ControlWindow {
   void DragThumb(Bar bar, Integer value) override;
   void ClickArrow(Bar bar, bool forward) override;
   void ClickPage(Bar bar, bool forward) override;
+  void WillChooseSource(const std::string& name) override;
+  void WillPressScan(bool scan) override;
   void Idle() override;
   Snapshot Capture() override;
   Place BoxPlace() const override;
@@ -34,7 +37,9 @@ class PortableWindow : public ControlWindow {
  private:
   PortableScrollBar& ScrollBarOf(Bar bar) const;
 
+  PortablePlatform& m_platform;
   std::shared_ptr<PortableSurface> m_surface;
+  int m_paintTask;
 };
 
 }  // namespace quillet

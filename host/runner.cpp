@@ -60,6 +60,8 @@ struct Runner::Perform {
   void operator()(const PressKey& key) const { window().Key(key.action, key.code, key.shift); }
   void operator()(const ReportLayout&) const { Print(FormatLayout(window())); }
   void operator()(const KeepPicture& keep) const { session().KeepPicture(keep.name); }
+  void operator()(const ChooseSource& choose) const { window().WillChooseSource(choose.name); }
+  void operator()(const PressSourceButton& button) const { window().WillPressScan(button.scan); }
 };
 
 Runner::Runner(Platform& platform, std::unique_ptr<ControlWindow> window,

@@ -55,11 +55,18 @@ struct ReportLayout {};
 struct KeepPicture {
   std::string name;  // in lower case
 };
+// What the user will do in the next source chooser, and in the next dialog of a source.
+struct ChooseSource {
+  std::string name;
+};
+struct PressSourceButton {
+  bool scan;  // else Cancel
+};
 
 struct Step {
-  using Action =
-      std::variant<ReadProperty, WriteProperty, CallMethod, TakeSnapshot, ResizeControl, DragThumb,
-                   ClickArrow, ClickPage, UseMouse, PressKey, ReportLayout, KeepPicture>;
+  using Action = std::variant<ReadProperty, WriteProperty, CallMethod, TakeSnapshot, ResizeControl,
+                              DragThumb, ClickArrow, ClickPage, UseMouse, PressKey, ReportLayout,
+                              KeepPicture, ChooseSource, PressSourceButton>;
 
   std::string text;  // as it was given, for messages
   Action action;

@@ -62,6 +62,31 @@ TEST(CommandLine, APictureMayBeKeptByAnyStepThatRuns) {
   EXPECT_TRUE(Parse({"filename=@b", "Scan:@b"}).errors.empty());
 }
 
+TEST(CommandLine, DescribesTheScannerAndItsFaults) {
+  const CommandLine line =
+      Parse({"--source", "feeder", "--page=a.bmp", "--fault",
+             "dat_capability/MSG_SET/icap_xresolution=twrc_failure",
+             "--fault=DAT_IDENTITY/MSG_OPENDS=TWRC_CANCEL", "--no-manager", "--trace"});
+  EXPECT_TRUE(line.errors.empty());
+  ASSERT_TRUE(line.source);
+  EXPECT_STREQ(line.source->name, "Feeder");
+  EXPECT_EQ(line.page, "a.bmp");
+  EXPECT_TRUE(line.noManager && line.trace);
+  ASSERT_EQ(line.faults.size(), 2u);
+  EXPECT_EQ(line.faults[0].capability, ICAP_XRESOLUTION);
+  EXPECT_EQ(line.faults[0].returnCode, TWRC_FAILURE);
+  EXPECT_EQ(line.faults[1].argumentType, DAT_IDENTITY);
+  EXPECT_EQ(line.faults[1].message, MSG_OPENDS);
+  EXPECT_FALSE(line.faults[1].capability);
+  for (const char* fault :
+       {"", "DAT_IDENTITY=TWRC_CANCEL", "DAT_IDENTITY/MSG_OPENDS", "DAT_NONE/MSG_SET=TWRC_CANCEL",
+        "DAT_IDENTITY/MSG_SET=3", "DAT_IDENTITY/MSG_SET/CAP_XFERCOUNT=TWRC_CANCEL",
+        "DAT_CAPABILITY/MSG_SET/=TWRC_CANCEL"})
+    EXPECT_EQ(Parse({"--fault", fault}).errors.size(), 1u) << fault;
+  EXPECT_FALSE(Parse({"--source", "Nobody"}).errors.empty());
+  EXPECT_FALSE(Parse({"--page", ""}).errors.empty());
+}
+
 TEST(CommandLine, NothingToDoIsWrongUsage) {
   EXPECT_FALSE(Parse({}).errors.empty());
   EXPECT_TRUE(Parse({"--leaks"}).errors.empty());

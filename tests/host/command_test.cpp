@@ -4,27 +4,15 @@
 
 #include <algorithm>
 #include <fstream>
-#include <sstream>
 #include <vector>
 
 #include "control/dispatch.h"
 #include "tests/support/bmp_file.h"
+#include "tests/support/run_command.h"
 #include "tests/support/temporary_folder.h"
 
 namespace quillet {
 namespace {
-
-struct Outcome {
-  int status;
-  std::string out, err;
-};
-
-Outcome Quillet(std::vector<std::string> arguments, const std::string& input = "") {
-  std::istringstream in(input);
-  std::ostringstream out, err;
-  const int status = RunCommand(arguments, in, out, err);
-  return {status, out.str(), err.str()};
-}
 
 // The path of a new 24-bit BMP file of that size.
 std::string PictureFile(const TemporaryFolder& folder, Long width, Long height) {

@@ -51,6 +51,10 @@ struct Meaning {
   }
   std::string operator()(const ReportLayout&) const { return "layout"; }
   std::string operator()(const KeepPicture& keep) const { return "keep [" + keep.name + "]"; }
+  std::string operator()(const ChooseSource& choose) const { return "choose " + choose.name; }
+  std::string operator()(const PressSourceButton& button) const {
+    return button.scan ? "press Scan" : "press Cancel";
+  }
 };
 
 TEST(Step, MeansWhatItsFirstMarkSays) {
@@ -86,6 +90,9 @@ TEST(Step, MeansWhatItsFirstMarkSays) {
       {"@key:up,13,4", "key 2 13 4"},
       {"@layout", "layout"},
       {"@keep:Before", "keep [before]"},
+      {"@choose:feeder", "choose feeder"},
+      {"@source:Scan", "press Scan"},
+      {"@source:cancel", "press Cancel"},
   };
   for (const auto& [text, meaning] : cases)
     EXPECT_EQ(std::visit(Meaning{}, ParseStep(text).action), meaning) << text;
@@ -108,6 +115,9 @@ TEST(Step, WhatCannotRunIsWrongUsage) {
       "@layout=1",
       "@keep",
       "@keep:",
+      "@choose:Nobody",
+      "@choose",
+      "@source:later",
       "@snapshot",
       "@snapshot:",
       "@resize:800",
