@@ -180,7 +180,7 @@ TEST_F(PictureBuffer, ACopyServiceMayHandBackTheSourceItself) {
     std::vector<BitmapHandle> deleted;
   };
   SameHandle bitmaps(m_platform.Contracts().bitmaps);
-  Platform other{bitmaps, m_platform.Contracts().pictures};
+  Platform other = WithBitmaps(bitmaps, m_platform.Contracts());
   const PictureRef picture = Gradient24(6, 5);
   {
     cPicture24 buffer(other);

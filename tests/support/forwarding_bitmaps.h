@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/contracts/bitmap_services.h"
+#include "platform/contracts/platform.h"
 
 namespace quillet {
 
@@ -40,5 +40,10 @@ class ForwardingBitmaps : public BitmapServices {
  protected:
   BitmapServices& m_services;
 };
+
+// A platform with those bitmap services in place of its own.
+inline Platform WithBitmaps(BitmapServices& bitmaps, const Platform& rest) {
+  return {bitmaps, rest.pictures, rest.memory, rest.messages, rest.sources, rest.files};
+}
 
 }  // namespace quillet
