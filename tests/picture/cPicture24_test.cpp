@@ -7,7 +7,7 @@
 #include <limits>
 #include <utility>
 
-#include "platform/portable/portable_platform.h"
+#include "tests/contracts/contract_platform.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"
 #include "tests/support/forwarding_bitmaps.h"
@@ -22,19 +22,20 @@ constexpr Long kMin = std::numeric_limits<Long>::min();
 class PictureBuffer : public testing::Test {
  protected:
   PictureRef Gradient24(Long width, Long height) {
-    return PictureOf(m_platform.Contracts(), width, height, Gradient);
+    return PictureOf(platform, width, height, Gradient);
   }
-  PixelRows24 Shown(const PictureRef& picture) { return PixelsOf(m_platform.Contracts(), picture); }
+  PixelRows24 Shown(const PictureRef& picture) { return PixelsOf(platform, picture); }
   // The picture after one operation on a buffer of its own.
   template <typename Operation>
   PixelRows24 After(Long width, Long height, Operation&& operation) {
-    cPicture24 buffer(m_platform.Contracts());
+    cPicture24 buffer(platform);
     buffer.CopyFromPicture(Gradient24(width, height));
     operation(buffer);
     return Shown(buffer.CopyToPicture());
   }
 
-  PortablePlatform m_platform;
+  std::unique_ptr<ContractPlatform> m_platform = MakeContractPlatform();
+  Platform& platform = m_platform->Contracts();
 };
 
 TEST_F(PictureBuffer, RowsArePaddedToFourBytesWithZeros) {
@@ -44,7 +45,7 @@ TEST_F(PictureBuffer, RowsArePaddedToFourBytesWithZeros) {
   } cases[] = {{1, 4}, {2, 8}, {3, 12}, {4, 12}, {5, 16}, {8, 24}};
   for (const auto& [width, stride] : cases) {
     SCOPED_TRACE(width);
-    cPicture24 buffer(m_platform.Contracts());
+    cPicture24 buffer(platform);
     buffer.CopyFromPicture(Gradient24(width, 2));
     buffer.Reverse();
     const std::vector<Byte> bits = buffer.GetBits();
@@ -58,9 +59,9 @@ TEST_F(PictureBuffer, RowsArePaddedToFourBytesWithZeros) {
 }
 
 TEST_F(PictureBuffer, WhatIsNoBitmapLeavesItEmpty) {
-  cPicture24 buffer(m_platform.Contracts());
-  for (const PictureRef& picture : {PictureRef(), m_platform.Contracts().pictures.EmptyPicture(),
-                                    IconPicture(m_platform.Contracts())}) {
+  cPicture24 buffer(platform);
+  for (const PictureRef& picture :
+       {PictureRef(), platform.pictures.EmptyPicture(), IconPicture(platform)}) {
     buffer.CopyFromPicture(Gradient24(3, 2));
     buffer.CopyFromPicture(picture);
     EXPECT_EQ(buffer.Width(), 0);
@@ -79,8 +80,8 @@ TEST_F(PictureBuffer, WhatIsNoBitmapLeavesItEmpty) {
 TEST_F(PictureBuffer, EveryDepthIsReadAs24Bits) {
   const std::vector<Pixel> palette{{0, 0, 0}, {255, 255, 255}};
   const auto oneBit =
-      OneBitPicture(m_platform.Contracts(), 9, 2, [](Long x, Long y) { return (x + y) % 2 != 0; });
-  cPicture24 buffer(m_platform.Contracts());
+      OneBitPicture(platform, 9, 2, [](Long x, Long y) { return (x + y) % 2 != 0; });
+  cPicture24 buffer(platform);
   buffer.CopyFromPicture(oneBit);
   const PictureRef copy = buffer.CopyToPicture();
   EXPECT_NE(copy, oneBit);
@@ -88,12 +89,12 @@ TEST_F(PictureBuffer, EveryDepthIsReadAs24Bits) {
               return palette[static_cast<std::size_t>((x + y) % 2)];
             }));
   BITMAP record;
-  m_platform.Contracts().bitmaps.GetObjectA(copy->Handle(), record);
+  platform.bitmaps.GetObjectA(copy->Handle(), record);
   EXPECT_EQ(record.bmBitsPixel, 24);
 }
 
 TEST_F(PictureBuffer, PicturesGivenOutDoNotChangeWhenTheBufferGoesOn) {
-  cPicture24 buffer(m_platform.Contracts());
+  cPicture24 buffer(platform);
   buffer.CopyFromPicture(Gradient24(5, 4));
   buffer.Flip();
   const PictureRef flipped = buffer.CopyToPicture();
@@ -156,7 +157,6 @@ TEST_F(PictureBuffer, CropWorksOnItsOwnPixelsAsOnAPictures) {
 }
 
 TEST_F(PictureBuffer, CropReadsABitmapThatTheHostHasSelectedElsewhere) {
-  Platform& platform = m_platform.Contracts();
   const PictureRef picture = Gradient24(7, 5);
   const UniqueDC dc(platform.bitmaps);
   const SelectGuard selected(platform.bitmaps, dc.get(), picture->Handle());
@@ -179,8 +179,8 @@ TEST_F(PictureBuffer, ACopyServiceMayHandBackTheSourceItself) {
     }
     std::vector<BitmapHandle> deleted;
   };
-  SameHandle bitmaps(m_platform.Contracts().bitmaps);
-  Platform other = WithBitmaps(bitmaps, m_platform.Contracts());
+  SameHandle bitmaps(platform.bitmaps);
+  Platform other = WithBitmaps(bitmaps, platform);
   const PictureRef picture = Gradient24(6, 5);
   {
     cPicture24 buffer(other);
@@ -224,7 +224,7 @@ TEST_F(PictureBuffer, ImpossibleSizesAreNumberedErrorsAndLeaveItEmpty) {
                {40000, 40000, OutOfMemory}, {1, kMax, OutOfMemory}};
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::Message() << c.width << "x" << c.height);
-    cPicture24 buffer(m_platform.Contracts());
+    cPicture24 buffer(platform);
     const PictureRef picture = Gradient24(3, 2);
     buffer.CopyFromPicture(picture);
     EXPECT_EQ(ErrorOf([&] { buffer.Resize(c.width, c.height); }), c.error);
@@ -233,7 +233,7 @@ TEST_F(PictureBuffer, ImpossibleSizesAreNumberedErrorsAndLeaveItEmpty) {
     EXPECT_EQ(ErrorOf([&] { buffer.Crop(0, 0, c.width, c.height); }), c.error);
     EXPECT_EQ(buffer.CopyToPicture(), nullptr);
   }
-  cPicture24 buffer(m_platform.Contracts());
+  cPicture24 buffer(platform);
   for (const auto& [width, height] : {std::pair<Long, Long>{0, 10}, {10, 0}, {0, 0}, {-5, 10}}) {
     buffer.CopyFromPicture(Gradient24(3, 2));
     EXPECT_EQ(ErrorOf([&, w = width, h = height] { buffer.ResizeToFit(w, h, true); }),
@@ -243,7 +243,7 @@ TEST_F(PictureBuffer, ImpossibleSizesAreNumberedErrorsAndLeaveItEmpty) {
 
 TEST_F(PictureBuffer, ProgressRisesByRowsHalvesToEven) {
   std::vector<Integer> seen;
-  cPicture24 buffer(m_platform.Contracts(), [&](Integer percent) { seen.push_back(percent); });
+  cPicture24 buffer(platform, [&](Integer percent) { seen.push_back(percent); });
   buffer.CopyFromPicture(Gradient24(2, 201));
   buffer.Rotate();
   ASSERT_EQ(seen.size(), 201u);
@@ -267,7 +267,7 @@ TEST_F(PictureBuffer, ProgressHandlersFindItEmptyAndTheOperationsOwnResultStays)
   cPicture24* inside = nullptr;
   bool visited = false;
   const PictureRef other = Gradient24(9, 9);
-  cPicture24 buffer(m_platform.Contracts(), [&](Integer) {
+  cPicture24 buffer(platform, [&](Integer) {
     if (!std::exchange(visited, true)) {
       EXPECT_EQ(inside->Width(), 0);
     }
@@ -294,11 +294,11 @@ TEST_F(PictureBuffer, AServiceThatFailsIsError7AndLeaksNothing) {
                     {"resize", [](cPicture24& b) { b.Resize(8, 3); }}};
   for (const auto& operation : operations) {
     SCOPED_TRACE(operation.what);
-    const PictureRef picture = OneBitPicture(m_platform.Contracts(), 6, 5,
-                                             [](Long x, Long y) { return (x * y) % 3 == 0; });
+    const PictureRef picture =
+        OneBitPicture(platform, 6, 5, [](Long x, Long y) { return (x * y) % 3 == 0; });
     const PixelRows24 before = Shown(picture);
-    const CensusCounts census = m_platform.Census();
-    FaultyPlatform faulty(m_platform.Contracts());
+    const CensusCounts census = m_platform->Census();
+    FaultyPlatform faulty(platform);
     for (int call = 2;; ++call) {  // the first asks what the picture is
       faulty.FailCall(call);
       cPicture24 buffer(faulty.Contracts());
@@ -310,7 +310,7 @@ TEST_F(PictureBuffer, AServiceThatFailsIsError7AndLeaksNothing) {
         EXPECT_EQ(error.Number(), ErrorNumber::OutOfMemory);
       }
       buffer.CopyFromPicture(nullptr);
-      EXPECT_EQ(m_platform.Census(), census) << "call " << call;
+      EXPECT_EQ(m_platform->Census(), census) << "call " << call;
       EXPECT_EQ(Shown(picture), before);
       if (!faulty.HasFailed()) break;
     }

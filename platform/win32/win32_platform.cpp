@@ -1,0 +1,20 @@
+#include "platform/win32/win32_platform.h"
+
+#include "platform/win32/sdk.h"
+
+namespace quillet {
+
+// Pictures and bitmaps work without it too, so a thread that was set up otherwise is no error.
+OleSession::OleSession() : m_initialised(SUCCEEDED(::OleInitialize(nullptr))) {}
+
+OleSession::~OleSession() {
+  if (m_initialised) ::OleUninitialize();
+}
+
+CensusCounts Win32Platform::Census() const {
+  return {.bitmaps = m_bitmaps.BitmapCount(),
+          .deviceContexts = m_bitmaps.DeviceContextCount(),
+          .pictures = m_pictures.Count()};
+}
+
+}  // namespace quillet
