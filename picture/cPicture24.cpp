@@ -15,20 +15,20 @@ namespace {
 // context at a time: of one that is selected elsewhere, by the host say, a private copy serves.
 class SourceContext {
  public:
-  SourceContext(BitmapServices& services, BitmapHandle bitmap) : m_dc(services) {
+  SourceContext(BitmapServices& services, BitmapHandle bitmap, Long width, Long height)
+      : m_dc(services) {
     m_selected.emplace(services, m_dc.get(), bitmap);
     if (*m_selected) return;
-    m_selected.reset();
-    const BitmapHandle copy = services.CopyImage(bitmap, 0, 0);
-    if (copy != bitmap) m_copy = UniqueBitmap(services, copy);
-    m_selected.emplace(services, m_dc.get(), copy);
+    // Not by CopyImage, which may hand back the bitmap itself.
+    m_copy = DibSection::CopyOf(services, bitmap, width, height);
+    m_selected.emplace(services, m_dc.get(), m_copy->Bitmap());
     if (!*m_selected) throw RunTimeError(ErrorNumber::OutOfMemory);
   }
 
   DCHandle get() const noexcept { return m_dc.get(); }
 
  private:
-  UniqueBitmap m_copy;
+  std::optional<DibSection> m_copy;
   UniqueDC m_dc;
   std::optional<SelectGuard> m_selected;
 };
@@ -105,16 +105,6 @@ PictureRef cPicture24::CreatePicture(UniqueBitmap& bitmap) {
   return picture;
 }
 
-DibSection cPicture24::ReadBitmap(BitmapHandle bitmap, Long width, Long height) {
-  BitmapServices& services = m_platform.bitmaps;
-  DibSection section = DibSection::Create(services, width, height);
-  const UniqueDC dc(services);
-  const int rows =
-      services.GetDIBits(dc.get(), bitmap, height, section.Bits(), TopDownHeader(width, height));
-  if (rows != height) throw RunTimeError(ErrorNumber::OutOfMemory);
-  return section;
-}
-
 // The one place where deferred pixels are fetched. The buffer must not be empty and is so
 // afterwards.
 DibSection cPicture24::TakePixels() {
@@ -122,7 +112,7 @@ DibSection cPicture24::TakePixels() {
   const Long height = m_height;
   Content content = Take();
   if (auto* section = std::get_if<DibSection>(&content)) return std::move(*section);
-  return ReadBitmap(BitmapOf(content), width, height);
+  return DibSection::CopyOf(m_platform.bitmaps, BitmapOf(content), width, height);
 }
 
 std::vector<Byte> cPicture24::GetBits() {
@@ -135,12 +125,14 @@ std::vector<Byte> cPicture24::GetBits() {
 bool cPicture24::Crop(Long lLeft, Long lTop, Long lWidth, Long lHeight) {
   if (m_width < 1) return false;
   BitmapServices& services = m_platform.bitmaps;
-  const bool inside = IsWithin(lLeft, lWidth, m_width) && IsWithin(lTop, lHeight, m_height);
+  const Long width = m_width;
+  const Long height = m_height;
+  const bool inside = IsWithin(lLeft, lWidth, width) && IsWithin(lTop, lHeight, height);
   const Content content = Take();
   DibSection result = DibSection::Create(services, lWidth, lHeight);
   if (!inside) std::memset(result.Bits(), 0, result.ByteCount());
   {
-    const SourceContext from(services, BitmapOf(content));
+    const SourceContext from(services, BitmapOf(content), width, height);
     const UniqueDC to(services);
     const SelectGuard target(services, to.get(), result.Bitmap());
     if (!target || !services.BitBlt(to.get(), lWidth, lHeight, from.get(), lLeft, lTop))

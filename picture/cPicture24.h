@@ -74,7 +74,6 @@ class cPicture24 {
   void Hold(DibSection section);
   void Defer(PictureRef picture, bool unseen, Long width, Long height);
   PictureRef CreatePicture(UniqueBitmap& bitmap);
-  DibSection ReadBitmap(BitmapHandle bitmap, Long width, Long height);
   DibSection TakePixels();
   void RaiseProgress(Long row, Long height) const;
   template <typename RowFunction>

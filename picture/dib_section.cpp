@@ -49,6 +49,16 @@ DibSection DibSection::Create(BitmapServices& services, Long width, Long height)
   return DibSection(std::move(bitmap), static_cast<Byte*>(bits), width, height);
 }
 
+DibSection DibSection::CopyOf(BitmapServices& services, BitmapHandle bitmap, Long width,
+                              Long height) {
+  DibSection section = Create(services, width, height);
+  const UniqueDC dc(services);
+  const int rows =
+      services.GetDIBits(dc.get(), bitmap, height, section.Bits(), TopDownHeader(width, height));
+  if (rows != height) throw RunTimeError(ErrorNumber::OutOfMemory);
+  return section;
+}
+
 DibSection::DibSection(UniqueBitmap bitmap, Byte* bits, Long width, Long height)
     : m_bitmap(std::move(bitmap)),
       m_bits(bits),

@@ -26,6 +26,8 @@ class DibSection {
   // Pixels are unspecified, alignment bytes 0. Run-time errors as of CheckPixelSize, and 7 when
   // there is no memory for it.
   static DibSection Create(BitmapServices& services, Long width, Long height);
+  // The pixels of a bitmap, which has that size. Run-time errors as of Create.
+  static DibSection CopyOf(BitmapServices& services, BitmapHandle bitmap, Long width, Long height);
 
   Long Width() const noexcept { return m_width; }
   Long Height() const noexcept { return m_height; }

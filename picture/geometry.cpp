@@ -58,7 +58,8 @@ bool cPicture24::Resize(Long lNewWidth, Long lNewHeight) {
   if (const auto* deferred = std::get_if<Deferred>(&content)) {
     BITMAP record;
     services.GetObjectA(deferred->picture->Handle(), record);
-    if (record.bmBitsPixel != 24) content = ReadBitmap(deferred->picture->Handle(), width, height);
+    if (record.bmBitsPixel != 24)
+      content = DibSection::CopyOf(services, deferred->picture->Handle(), width, height);
   }
   const BitmapHandle source = BitmapOf(content);
   const BitmapHandle copy = services.CopyImage(source, lNewWidth, lNewHeight);
@@ -74,7 +75,7 @@ bool cPicture24::Resize(Long lNewWidth, Long lNewHeight) {
   if (record.bmBitsPixel == 24)
     Defer(CreatePicture(stretched), true, lNewWidth, lNewHeight);
   else
-    Hold(ReadBitmap(copy, lNewWidth, lNewHeight));
+    Hold(DibSection::CopyOf(services, copy, lNewWidth, lNewHeight));
   return true;
 }
 

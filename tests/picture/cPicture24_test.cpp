@@ -19,6 +19,18 @@ namespace {
 constexpr Long kMax = std::numeric_limits<Long>::max();
 constexpr Long kMin = std::numeric_limits<Long>::min();
 
+// A copy service that answers with the source itself, as one may.
+class SameHandle : public ForwardingBitmaps {
+ public:
+  using ForwardingBitmaps::ForwardingBitmaps;
+  BitmapHandle CopyImage(BitmapHandle bitmap, Long, Long) override { return bitmap; }
+  bool DeleteObject(BitmapHandle bitmap) override {
+    deleted.push_back(bitmap);
+    return ForwardingBitmaps::DeleteObject(bitmap);
+  }
+  std::vector<BitmapHandle> deleted;
+};
+
 class PictureBuffer : public testing::Test {
  protected:
   PictureRef Gradient24(Long width, Long height) {
@@ -161,24 +173,18 @@ TEST_F(PictureBuffer, CropReadsABitmapThatTheHostHasSelectedElsewhere) {
   const UniqueDC dc(platform.bitmaps);
   const SelectGuard selected(platform.bitmaps, dc.get(), picture->Handle());
   ASSERT_TRUE(selected);
-  cPicture24 buffer(platform);
-  buffer.CopyFromPicture(picture);
-  buffer.Crop(1, 1, 3, 3);
-  EXPECT_EQ(Shown(buffer.CopyToPicture()),
-            RowsOf(3, 3, [](Long x, Long y) { return Gradient(x + 1, y + 1); }));
+  SameHandle bitmaps(platform.bitmaps);
+  Platform other{bitmaps, platform.pictures};
+  for (Platform* services : {&platform, &other}) {
+    cPicture24 buffer(*services);
+    buffer.CopyFromPicture(picture);
+    buffer.Crop(1, 1, 3, 3);
+    EXPECT_EQ(Shown(buffer.CopyToPicture()),
+              RowsOf(3, 3, [](Long x, Long y) { return Gradient(x + 1, y + 1); }));
+  }
 }
 
 TEST_F(PictureBuffer, ACopyServiceMayHandBackTheSourceItself) {
-  class SameHandle : public ForwardingBitmaps {
-   public:
-    using ForwardingBitmaps::ForwardingBitmaps;
-    BitmapHandle CopyImage(BitmapHandle bitmap, Long, Long) override { return bitmap; }
-    bool DeleteObject(BitmapHandle bitmap) override {
-      deleted.push_back(bitmap);
-      return ForwardingBitmaps::DeleteObject(bitmap);
-    }
-    std::vector<BitmapHandle> deleted;
-  };
   SameHandle bitmaps(platform.bitmaps);
   Platform other = WithBitmaps(bitmaps, platform);
   const PictureRef picture = Gradient24(6, 5);
