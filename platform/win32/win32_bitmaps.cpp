@@ -80,9 +80,9 @@ void ClearAlignment(void* bits, Long width, Long height, int depth) noexcept {
 }
 
 // Of a section, whose pixels anyone may see.
-void ClearAlignment(HBITMAP bitmap) noexcept {
+void ClearAlignment(BitmapHandle bitmap) noexcept {
   DIBSECTION section;
-  if (::GetObjectW(bitmap, sizeof section, &section) != sizeof section) return;
+  if (::GetObjectW(SystemHandle(bitmap), sizeof section, &section) != sizeof section) return;
   const ::BITMAP& record = section.dsBm;
   if (record.bmBits) {
     ClearAlignment(record.bmBits, record.bmWidth, std::abs(record.bmHeight), record.bmBitsPixel);
@@ -96,8 +96,8 @@ bool IsMemoryDC(DCHandle dc) noexcept {
   return ::GetObjectType(SystemHandle(dc)) == OBJ_MEMDC;
 }
 
-HBITMAP SelectedBitmap(DCHandle dc) noexcept {
-  return static_cast<HBITMAP>(::GetCurrentObject(SystemHandle(dc), OBJ_BITMAP));
+BitmapHandle SelectedBitmap(DCHandle dc) noexcept {
+  return ToBitmapHandle(::GetCurrentObject(SystemHandle(dc), OBJ_BITMAP));
 }
 
 // The part of one axis where a block transfer has both source and destination.
@@ -196,11 +196,14 @@ int Win32Bitmaps::GetDIBits(DCHandle dc, BitmapHandle bitmap, Long rows, void* b
   if (!IsMemoryDC(dc) || !info || !bits || rows < 1 || !GetObjectA(bitmap, record)) return 0;
   if (header.biBitCount != 24 || header.biWidth != record.bmWidth) return 0;
   const Long count = std::min({rows, std::abs(header.biHeight), record.bmHeight});
-  // Top-down rows count from the top of what the header describes: the bitmap itself.
-  info->header.biHeight = header.biHeight < 0 ? -record.bmHeight : record.bmHeight;
+  // The system counts scan lines from the lowest row whatever order they are asked for in; of
+  // top-down rows the first are the upper ones.
+  const bool topDown = header.biHeight < 0;
+  info->header.biHeight = topDown ? -record.bmHeight : record.bmHeight;
+  const UINT first = static_cast<UINT>(topDown ? record.bmHeight - count : 0);
 
   const auto read = [&](HBITMAP from) {
-    return ::GetDIBits(SystemHandle(dc), from, 0, static_cast<UINT>(count), bits, info->get(),
+    return ::GetDIBits(SystemHandle(dc), from, first, static_cast<UINT>(count), bits, info->get(),
                        DIB_RGB_COLORS);
   };
   int done = read(SystemHandle(bitmap));
@@ -218,12 +221,9 @@ int Win32Bitmaps::GetDIBits(DCHandle dc, BitmapHandle bitmap, Long rows, void* b
 bool Win32Bitmaps::BitBlt(DCHandle destination, Long width, Long height, DCHandle source, Long x,
                           Long y) {
   if (!IsMemoryDC(destination) || !IsMemoryDC(source)) return false;
-  const HBITMAP target = SelectedBitmap(destination);
+  const BitmapHandle target = SelectedBitmap(destination);
   BITMAP from, to;
-  if (!GetObjectA(ToBitmapHandle(SelectedBitmap(source)), from) ||
-      !GetObjectA(ToBitmapHandle(target), to)) {
-    return false;
-  }
+  if (!GetObjectA(SelectedBitmap(source), from) || !GetObjectA(target, to)) return false;
   const Span columns = Overlap(x, width, from.bmWidth, to.bmWidth);
   const Span rows = Overlap(y, height, from.bmHeight, to.bmHeight);
   if (columns.begin >= columns.end || rows.begin >= rows.end) return true;
@@ -248,7 +248,7 @@ bool Win32Bitmaps::DeleteObject(BitmapHandle bitmap) {
   if (!IsBitmap(bitmap)) return false;
   // The system may answer that it released a selected bitmap and do so later.
   for (const DCHandle dc : m_contexts) {
-    if (SelectedBitmap(dc) == SystemHandle(bitmap)) return false;
+    if (SelectedBitmap(dc) == bitmap) return false;
   }
   if (!::DeleteObject(SystemHandle(bitmap))) return false;
   m_bitmaps.erase(bitmap);

@@ -78,6 +78,41 @@ TEST_F(PictureServicesContract, FilesThatAreNoPicturesAreTold) {
   }
 }
 
+TEST_F(PictureServicesContract, FilesMayHaveNamesInAnyScript) {
+  const TemporaryFolder folder;
+  BmpFile bmp{.width = 2, .height = -1};
+  bmp.PackPixels([](Long x, Long) { return x ? 0x102030u : 0u; });
+  const std::string name = "\xC3\x84rger \xE7\x94\xBB\xE5\x83\x8F.bmp";
+  EXPECT_EQ(PixelsOf(platform, services.LoadPicture(folder.Write(name, bmp.Bytes()))).At(1, 0),
+            (Pixel{0x30, 0x20, 0x10}));
+}
+
+TEST_F(PictureServicesContract, CompressedAndMaskedFilesAreRead) {
+  const TemporaryFolder folder;
+  const BmpFile compressed{.width = 4,
+                           .height = 2,
+                           .depth = 8,
+                           .compression = 1,
+                           .palette = {{0, 0, 0}, {1, 2, 3}},
+                           .pixels = {4, 1, 0, 0, 2, 0, 2, 1, 0, 1}};
+  EXPECT_EQ(PixelsOf(platform, services.LoadPicture(folder.Write("rle", compressed.Bytes()))),
+            RowsOf(4, 2, [](Long x, Long y) {
+              return x > 1 || y ? Pixel{1, 2, 3} : Pixel{};
+            }));
+  for (const int depth : {16, 32}) {
+    BmpFile masked{.width = 3, .height = 2, .depth = depth, .compression = 3};
+    masked.masks = {0x1F, 0x3E0, 0x7C00};
+    masked.PackPixels([](Long x, Long) { return x == 0 ? 0x1Fu : x == 1 ? 0x3E0u : 0x7C00u; });
+    EXPECT_EQ(
+        PixelsOf(platform, services.LoadPicture(folder.Write("masked", masked.Bytes()))),
+        RowsOf(3, 2,
+               [](Long x, Long) {
+                 return x == 0 ? Pixel{0, 0, 255} : x == 1 ? Pixel{0, 255, 0} : Pixel{255, 0, 0};
+               }))
+        << depth;
+  }
+}
+
 TEST_F(PictureServicesContract, FilesGiveBitmapsOfTheirOwnDepthAndIcons) {
   const std::vector<Pixel> palette{{0, 0, 0}, {10, 20, 30}, {255, 255, 255}};
   for (const int depth : {4, 8}) {

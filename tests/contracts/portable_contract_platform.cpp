@@ -9,6 +9,7 @@ class PortableContractPlatform : public ContractPlatform {
  public:
   Platform& Contracts() override { return m_platform.Contracts(); }
   CensusCounts Census() const override { return m_platform.Census(); }
+  PlatformTraits Traits() const override { return {}; }
   std::unique_ptr<ControlWindow> OpenWindow(int width, int height) override {
     return std::make_unique<PortableWindow>(m_platform, width, height);
   }

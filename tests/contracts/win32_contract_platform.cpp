@@ -1,3 +1,4 @@
+#include "platform/win32/sdk.h"
 #include "platform/win32/win32_platform.h"
 #include "tests/contracts/contract_platform.h"
 
@@ -8,6 +9,12 @@ class Win32ContractPlatform : public ContractPlatform {
  public:
   Platform& Contracts() override { return m_platform.Contracts(); }
   CensusCounts Census() const override { return m_platform.Census(); }
+  PlatformTraits Traits() const override {
+    const HDC screen = ::GetDC(nullptr);
+    const int depth = ::GetDeviceCaps(screen, BITSPIXEL);
+    ::ReleaseDC(nullptr, screen);
+    return {.depthOfCopies = depth, .copyMayBeItsSource = true};
+  }
   // The tests that open windows are not built here yet.
   std::unique_ptr<ControlWindow> OpenWindow(int, int) override { return nullptr; }
 
