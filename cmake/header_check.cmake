@@ -1,6 +1,6 @@
 # Every header of the core and its contracts compiles alone; on Windows also before and after the
 # system headers, whose macros rename what they meet.
-set(folders base control picture picture/kernels imagefile twain platform/contracts)
+set(folders base control picture picture/kernels imagefile twain platform/contracts platform/surface)
 if(WIN32)
   list(APPEND folders platform/win32)
 else()

@@ -11,62 +11,59 @@
 #include "host/format.h"
 #include "host/help.h"
 #include "host/member_table.h"
-#include "host/portable_window.h"
 #include "host/runner.h"
 #include "host/source_faults.h"
-#include "platform/portable/portable_platform.h"
-#include "platform/portable/portable_source_manager.h"
+#include "host/stage.h"
 #include "twain/trace.h"
 
 namespace quillet {
 namespace {
 
 std::string ListOfSources() {
+  const std::vector<KnownSource> sources = KnownSources();
   std::size_t widest = 0;
-  for (const SourceModel& model : SourceModels())
-    widest = std::max(widest, std::string_view(model.name).size());
+  for (const KnownSource& source : sources) widest = std::max(widest, source.name.size());
   std::string list;
-  for (const SourceModel& model : SourceModels()) {
-    std::string name = model.name;
+  for (const KnownSource& source : sources) {
+    std::string name = source.name;
     name.resize(widest + 2, ' ');
-    list.append(name).append(model.description).append("\n");
+    list.append(name).append(source.description).append("\n");
   }
   return list;
 }
 
-// The machine as the command line describes it.
-void SetUp(PortablePlatform& platform, const CommandLine& commandLine) {
-  if (commandLine.noManager) platform.Sources().Uninstall();
-  if (commandLine.source) platform.Sources().UseSource(*commandLine.source);
-  if (!commandLine.page.empty()) platform.PutPageOnGlass(commandLine.page);
+std::unique_ptr<Stage> StageOf(const CommandLine& commandLine) {
+  return MakeStage({.remembersChoices = true,
+                    .noManager = commandLine.noManager,
+                    .source = commandLine.source,
+                    .page = commandLine.page});
 }
 
 int RunSteps(const CommandLine& commandLine, std::ostream& out, std::ostream& err) {
-  PortablePlatform platform(DefaultSourceFile::UserFolder());
+  std::unique_ptr<Stage> stage;
   try {
-    SetUp(platform, commandLine);
+    stage = StageOf(commandLine);
   } catch (const RunTimeError& error) {
-    err << "quillet: --page " << commandLine.page << ": run-time error "
-        << static_cast<int>(error.Number()) << ": " << error.what() << std::endl;
+    err << "quillet: " << (commandLine.page.empty() ? "" : "--page " + commandLine.page + ": ")
+        << "run-time error " << static_cast<int>(error.Number()) << ": " << error.what()
+        << std::endl;
     return kWrongUsage;
   }
-  FaultySourceManager faulty(platform.Sources(), commandLine.faults);
-  TracingSourceManager tracing(faulty, platform.Contracts().memory,
+  const Platform& contracts = stage->Contracts();
+  FaultySourceManager faulty(contracts.sources, commandLine.faults);
+  TracingSourceManager tracing(faulty, contracts.memory,
                                [&](const std::string& line) { out << line << '\n'; });
-  Platform contracts = platform.Contracts();
   Platform seen{contracts.bitmaps,
                 contracts.pictures,
                 contracts.memory,
                 contracts.messages,
                 commandLine.trace ? static_cast<SourceManager&>(tracing) : faulty,
                 contracts.files};
-  int status = Runner(seen,
-                      std::make_unique<PortableWindow>(platform, commandLine.view.width,
-                                                       commandLine.view.height),
+  int status = Runner(seen, stage->OpenWindow(commandLine.view.width, commandLine.view.height),
                       commandLine, out, err)
                    .Run();
   if (commandLine.leaks) {
-    const CensusCounts left = platform.Census();
+    const CensusCounts left = stage->Census();
     out << "leaks: " << FormatCensus(left) << '\n';
     if (left != CensusCounts{}) status = kFailed;
   }

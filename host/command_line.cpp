@@ -6,6 +6,7 @@
 #include <set>
 #include <system_error>
 
+#include "host/source_name.h"
 #include "host/text.h"
 #include "host/usage_error.h"
 
@@ -94,8 +95,8 @@ class Parser {
   void TakeView(const std::string& value) { m_result.view = ParseSize(value); }
 
   void TakeSource(const std::string& value) {
-    m_result.source = FindSourceModel(value);
-    if (!m_result.source) throw UsageError("there is no source " + value);
+    CheckSource(value);
+    m_result.source = value;
   }
 
   void TakePage(const std::string& value) {
@@ -122,7 +123,7 @@ class Parser {
   void TakeSteps(const std::string& value) {
     if (value == "-") return ReadSteps("-", m_in);
     errno = 0;
-    std::ifstream file(value, std::ios::binary);
+    std::ifstream file(PathOf(value), std::ios::binary);
     if (file) return ReadSteps(value, file);
     throw UsageError("cannot read " + value + ": " + std::generic_category().message(errno));
   }

@@ -8,7 +8,6 @@
 #include "control/events.h"
 #include "host/source_faults.h"
 #include "host/step.h"
-#include "platform/portable/source_model.h"
 
 namespace quillet {
 
@@ -31,8 +30,8 @@ struct CommandLine {
   bool listSources = false;
   bool version = false;
   bool help = false;
-  const SourceModel* source = nullptr;  // null: the user's default
-  std::string page;                     // empty: the built-in one
+  std::string source;  // empty: the user's default
+  std::string page;    // empty: the built-in one
   std::vector<SourceFault> faults;
   std::vector<EventStep> eventSteps;
   std::vector<Step> steps;

@@ -3,9 +3,9 @@
 #include <limits>
 #include <span>
 
+#include "host/source_name.h"
 #include "host/text.h"
 #include "host/usage_error.h"
-#include "platform/portable/source_model.h"
 
 namespace quillet {
 namespace {
@@ -115,7 +115,7 @@ Step::Action Keep(Fields fields) {
 }
 
 Step::Action ChooseNext(Fields fields) {
-  if (!FindSourceModel(fields[0])) throw UsageError("there is no source " + fields[0]);
+  CheckSource(fields[0]);
   return ChooseSource{fields[0]};
 }
 

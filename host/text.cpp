@@ -23,6 +23,10 @@ std::optional<int> ParseInt(std::string_view text) {
   return number;
 }
 
+std::filesystem::path PathOf(std::string_view name) {
+  return std::u8string(name.begin(), name.end());
+}
+
 std::vector<std::string> SplitFields(std::string_view text) {
   std::vector<std::string> fields(1);
   for (std::size_t i = 0; i < text.size(); ++i) {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/contracts/surface.h"
-#include "platform/portable/surface_link.h"
 #include "platform/portable/surface_rect.h"
 #include "platform/portable/surface_window.h"
+#include "platform/surface/surface_link.h"
 
 namespace quillet {
 

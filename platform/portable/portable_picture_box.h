@@ -7,9 +7,9 @@
 #include "platform/contracts/owned_handles.h"
 #include "platform/contracts/surface.h"
 #include "platform/portable/raster.h"
-#include "platform/portable/surface_link.h"
 #include "platform/portable/surface_rect.h"
 #include "platform/portable/surface_window.h"
+#include "platform/surface/surface_link.h"
 
 namespace quillet {
 

@@ -8,7 +8,7 @@
 #include "platform/portable/portable_scroll_bar.h"
 #include "platform/portable/raster.h"
 #include "platform/portable/surface_input.h"
-#include "platform/portable/surface_link.h"
+#include "platform/surface/surface_link.h"
 
 namespace quillet {
 
@@ -20,7 +20,7 @@ class PortableBitmaps;
 //
 // Events come synchronously. The surface stays alive until an operation that raises them is done,
 // whatever the handlers let go of.
-class PortableSurface : public Surface, public std::enable_shared_from_this<PortableSurface> {
+class PortableSurface : public SharedSurface {
  public:
   // Inside sizes in pixels; run-time error 380 for negative ones and for more than 32767.
   PortableSurface(std::shared_ptr<PortableBitmaps> bitmaps, std::shared_ptr<WindowTable> windows,

@@ -4,8 +4,6 @@
 
 namespace quillet {
 
-enum class Orientation { Horizontal, Vertical };
-
 // BareTrough: the whole trough of a bar without thumb.
 enum class ScrollBarPart {
   BackArrow,

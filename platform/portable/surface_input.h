@@ -4,7 +4,7 @@
 #include "platform/portable/portable_control_surface.h"
 #include "platform/portable/portable_picture_box.h"
 #include "platform/portable/portable_scroll_bar.h"
-#include "platform/portable/surface_link.h"
+#include "platform/surface/surface_link.h"
 
 namespace quillet {
 

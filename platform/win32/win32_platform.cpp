@@ -14,7 +14,13 @@ OleSession::~OleSession() {
 CensusCounts Win32Platform::Census() const {
   return {.bitmaps = m_bitmaps.BitmapCount(),
           .deviceContexts = m_bitmaps.DeviceContextCount(),
-          .pictures = m_pictures.Count()};
+          .pictures = m_pictures.Count(),
+          .globalBlocks = m_memory.Count(),
+          .windows = m_classes->Standing() + m_messages.Count()};
+}
+
+std::shared_ptr<Win32Surface> Win32Platform::CreateSurface(int insideWidth, int insideHeight) {
+  return std::make_shared<Win32Surface>(m_classes, insideWidth, insideHeight);
 }
 
 }  // namespace quillet

@@ -1,9 +1,16 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/contracts/census.h"
 #include "platform/contracts/platform.h"
 #include "platform/win32/win32_bitmaps.h"
+#include "platform/win32/win32_files.h"
+#include "platform/win32/win32_memory.h"
+#include "platform/win32/win32_messages.h"
 #include "platform/win32/win32_pictures.h"
+#include "platform/win32/win32_source_manager.h"
+#include "platform/win32/win32_surface.h"
 
 namespace quillet {
 
@@ -20,7 +27,7 @@ class OleSession {
   bool m_initialised;
 };
 
-// The contracts over the system itself. Pictures made here may outlive it.
+// The contracts over the system itself. Pictures and surfaces made here may outlive it.
 class Win32Platform {
  public:
   Win32Platform() = default;
@@ -32,11 +39,19 @@ class Win32Platform {
   Win32Pictures& Pictures() noexcept { return m_pictures; }
   CensusCounts Census() const;
 
+  // A surface without host, on the calling thread. Sizes and errors as of Win32Surface.
+  std::shared_ptr<Win32Surface> CreateSurface(int insideWidth, int insideHeight);
+
  private:
   OleSession m_ole;
   Win32Bitmaps m_bitmaps;
   Win32Pictures m_pictures{m_bitmaps};
-  Platform m_contracts{m_bitmaps, m_pictures};
+  std::shared_ptr<WindowClasses> m_classes = std::make_shared<WindowClasses>();
+  Win32Memory m_memory;
+  Win32Messages m_messages;
+  Win32SourceManager m_sources;
+  Win32Files m_files;
+  Platform m_contracts{m_bitmaps, m_pictures, m_memory, m_messages, m_sources, m_files};
 };
 
 }  // namespace quillet

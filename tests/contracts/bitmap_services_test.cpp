@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "tests/contracts/contract_platform.h"
+#include "host/stage.h"
+#include "tests/contracts/platform_traits.h"
 #include "tests/support/pictures.h"
 #include "tests/support/print_census.h"
 
@@ -35,11 +36,11 @@ class BitmapServicesContract : public testing::Test {
   UniqueBitmap CopyOf(BitmapHandle source, Long width = 0, Long height = 0) {
     const BitmapHandle copy = services.CopyImage(source, width, height);
     if (copy != source) return {services, copy};
-    EXPECT_TRUE(m_platform->Traits().copyMayBeItsSource);
+    EXPECT_TRUE(TraitsOfPlatform().copyMayBeItsSource);
     return {};
   }
 
-  std::unique_ptr<ContractPlatform> m_platform = MakeContractPlatform();
+  std::unique_ptr<Stage> m_platform = MakeStage();
   Platform& platform = m_platform->Contracts();
   BitmapServices& services = platform.bitmaps;
 };
@@ -294,7 +295,7 @@ TEST_F(BitmapServicesContract, ACopyAndItsSourceChangeApart) {
 }
 
 TEST_F(BitmapServicesContract, ACopyHasItsSourcesDepthOrTheScreens) {
-  const int screen = m_platform->Traits().depthOfCopies;
+  const int screen = TraitsOfPlatform().depthOfCopies;
   for (const int depth : {1, 8, 16, 24, 32}) {
     const UniqueBitmap source = Section(8, 8, depth);
     for (const Long size : {0, 3}) {

@@ -8,7 +8,7 @@
 #include <numeric>
 #include <vector>
 
-#include "tests/contracts/contract_platform.h"
+#include "host/stage.h"
 #include "tests/support/error_of.h"
 #include "tests/support/temporary_folder.h"
 
@@ -30,7 +30,7 @@ class FilesContract : public testing::Test {
     files.WriteFile(name, pieces);
   }
 
-  std::unique_ptr<ContractPlatform> m_platform = MakeContractPlatform();
+  std::unique_ptr<Stage> m_platform = MakeStage();
   Files& files = m_platform->Contracts().files;
   TemporaryFolder m_folder;
 };

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "tests/contracts/contract_platform.h"
+#include "host/stage.h"
 #include "tests/support/print_census.h"
 
 namespace quillet {
@@ -15,7 +15,7 @@ class GlobalMemoryContract : public testing::Test {
  protected:
   ~GlobalMemoryContract() override { EXPECT_EQ(m_platform->Census(), CensusCounts{}); }
 
-  std::unique_ptr<ContractPlatform> m_platform = MakeContractPlatform();
+  std::unique_ptr<Stage> m_platform = MakeStage();
   GlobalMemory& memory = m_platform->Contracts().memory;
 };
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/contracts/contract_platform.h"
+#include "host/stage.h"
 #include "tests/support/bmp_file.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"
@@ -17,7 +17,7 @@ class PictureServicesContract : public testing::Test {
  protected:
   ~PictureServicesContract() override { EXPECT_EQ(m_platform->Census(), CensusCounts{}); }
 
-  std::unique_ptr<ContractPlatform> m_platform = MakeContractPlatform();
+  std::unique_ptr<Stage> m_platform = MakeStage();
   Platform& platform = m_platform->Contracts();
   PictureServices& services = platform.pictures;
 };

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/contracts/contract_platform.h"
+#include "host/stage.h"
 #include "tests/support/recording_surface_events.h"
 #include "tests/support/surface_layout.h"
 
@@ -28,7 +28,7 @@ class SurfaceContract : public testing::Test {
     surface->Connect(&events);
   }
 
-  std::unique_ptr<ContractPlatform> platform = MakeContractPlatform();
+  std::unique_ptr<Stage> platform = MakeStage();
   std::unique_ptr<ControlWindow> window = platform->OpenWindow(400, 300);
   std::shared_ptr<Surface> surface = window->ControlsSurface();
   ControlSurface& control = surface->UserControl();

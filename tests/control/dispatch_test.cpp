@@ -171,13 +171,13 @@ TEST(Properties, AFailedNotificationReachesTheHostAfterTheValueIsStored) {
   class Refusing : public Site {
     void PropertyChanged(std::string_view) override { throw RunTimeError(InvalidProcedureCall); }
   };
-  PortablePlatform platform;
-  PortableWindow window(platform, 50, 50);
+  const auto stage = MakeStage();
+  const auto window = stage->OpenWindow(50, 50);
   const auto control =
-      TWAIN::Create(platform.Contracts(), window.ControlsSurface(), std::make_shared<Refusing>());
+      TWAIN::Create(stage->Contracts(), window->ControlsSurface(), std::make_shared<Refusing>());
   EXPECT_EQ(ErrorOf([&] { control->PutQuality(33); }), InvalidProcedureCall);
   EXPECT_EQ(control->Quality(), 33);
-  const PictureRef picture = PictureOf(platform.Contracts(), 3, 3, Gradient);
+  const PictureRef picture = PictureOf(stage->Contracts(), 3, 3, Gradient);
   EXPECT_EQ(ErrorOf([&] { control->PutRefPicture(picture); }), InvalidProcedureCall);
   EXPECT_TRUE(SameObject(control->CurrentPicture(), picture));
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/portable/portable_surface.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"
 #include "tests/support/hosted_control.h"
@@ -10,7 +9,7 @@
 namespace quillet {
 namespace {
 
-long CountOf(const std::vector<std::string>& log, const std::string& line) {
+std::ptrdiff_t CountOf(const std::vector<std::string>& log, const std::string& line) {
   return std::count(log.begin(), log.end(), line);
 }
 
@@ -82,14 +81,14 @@ TEST(ImageMethods, AnErrorKeepsPictureAndScreen) {
 
 TEST(ImageMethods, EveryServiceFailureKeepsThePictureAndLeaksNothing) {
   for (int call = 1;; ++call) {
-    PortablePlatform platform;
-    FaultyPlatform faulty(platform.Contracts());
+    const auto stage = MakeStage();
+    FaultyPlatform faulty(stage->Contracts());
     bool failed = false;
     {
-      PortableWindow window(platform, 50, 50);
-      const auto control = TWAIN::Create(faulty.Contracts(), window.ControlsSurface(), nullptr);
+      const auto window = stage->OpenWindow(50, 50);
+      const auto control = TWAIN::Create(faulty.Contracts(), window->ControlsSurface(), nullptr);
       control->InitProperties();
-      const PictureRef picture = PictureOf(platform.Contracts(), 80, 60, Gradient);
+      const PictureRef picture = PictureOf(stage->Contracts(), 80, 60, Gradient);
       control->PutRefPicture(picture);
       faulty.FailCall(call);
       try {
@@ -103,7 +102,7 @@ TEST(ImageMethods, EveryServiceFailureKeepsThePictureAndLeaksNothing) {
       faulty.FailCall(0);
       control->Refresh();
     }
-    EXPECT_EQ(platform.Census(), CensusCounts{}) << "call " << call;
+    EXPECT_EQ(stage->Census(), CensusCounts{}) << "call " << call;
     if (!failed) break;
   }
 }
@@ -136,14 +135,14 @@ TEST(Reentrancy, AHostMayLetGoOfTheControlInsideAnyEvent) {
   for (const Event letGoAt : {Event::Progress, Event::Paint, Event::Resize, Event::Scroll,
                               Event::MouseDown, Event::Click, Event::KeyDown}) {
     SCOPED_TRACE(Describe(letGoAt).name);
-    PortablePlatform platform;
+    const auto stage = MakeStage();
     {
-      auto window = std::make_unique<PortableWindow>(platform, 100, 100);
+      auto window = stage->OpenWindow(100, 100);
       std::shared_ptr<TWAIN> control =
-          TWAIN::Create(platform.Contracts(), window->ControlsSurface(), nullptr);
+          TWAIN::Create(stage->Contracts(), window->ControlsSurface(), nullptr);
       const std::weak_ptr<TWAIN> watched = control;
       control->InitProperties();
-      control->PutRefPicture(PictureOf(platform.Contracts(), 300, 200, Gradient));
+      control->PutRefPicture(PictureOf(stage->Contracts(), 300, 200, Gradient));
       class Sink : public EventSink {
        public:
         Sink(Event event, std::shared_ptr<TWAIN>& held) : m_event(event), m_held(held) {}
@@ -165,26 +164,26 @@ TEST(Reentrancy, AHostMayLetGoOfTheControlInsideAnyEvent) {
       EXPECT_TRUE(watched.expired());
       window->Capture();
     }
-    EXPECT_EQ(platform.Census(), CensusCounts{});
+    EXPECT_EQ(stage->Census(), CensusCounts{});
   }
 }
 
 TEST(Lifetime, AControlLeavesNothingBehindAndItsPicturesStayWithTheHost) {
   PictureRef kept;
-  PortablePlatform platform;
+  const auto stage = MakeStage();
   {
-    PortableWindow window(platform, 100, 100);
-    const auto control = TWAIN::Create(platform.Contracts(), window.ControlsSurface(), nullptr);
+    const auto window = stage->OpenWindow(100, 100);
+    const auto control = TWAIN::Create(stage->Contracts(), window->ControlsSurface(), nullptr);
     control->InitProperties();
-    control->PutRefPicture(PictureOf(platform.Contracts(), 300, 200, Gradient));
+    control->PutRefPicture(PictureOf(stage->Contracts(), 300, 200, Gradient));
     control->Zoom(150);
     control->Flip();
     kept = control->CurrentPicture();
   }
-  EXPECT_EQ(platform.Census(), (CensusCounts{.bitmaps = 1, .pictures = 1}));
-  EXPECT_EQ(PixelsOf(platform.Contracts(), kept).width, 300);
+  EXPECT_EQ(stage->Census(), (CensusCounts{.bitmaps = 1, .pictures = 1}));
+  EXPECT_EQ(PixelsOf(stage->Contracts(), kept).width, 300);
   kept.reset();
-  EXPECT_EQ(platform.Census(), CensusCounts{});
+  EXPECT_EQ(stage->Census(), CensusCounts{});
 }
 
 TEST(Events, SinksAreCalledInOrderAndMayComeAndGo) {

@@ -68,8 +68,7 @@ TEST(CommandLine, DescribesTheScannerAndItsFaults) {
              "dat_capability/MSG_SET/icap_xresolution=twrc_failure",
              "--fault=DAT_IDENTITY/MSG_OPENDS=TWRC_CANCEL", "--no-manager", "--trace"});
   EXPECT_TRUE(line.errors.empty());
-  ASSERT_TRUE(line.source);
-  EXPECT_STREQ(line.source->name, "Feeder");
+  EXPECT_EQ(line.source, "feeder");
   EXPECT_EQ(line.page, "a.bmp");
   EXPECT_TRUE(line.noManager && line.trace);
   ASSERT_EQ(line.faults.size(), 2u);

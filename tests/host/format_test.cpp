@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/portable/portable_platform.h"
+#include "host/stage.h"
 
 namespace quillet {
 namespace {
 
 TEST(Format, AValueIsOneBareLine) {
-  PortablePlatform platform;
-  const BitmapServices& bitmaps = platform.Contracts().bitmaps;
+  const std::unique_ptr<Stage> stage = MakeStage();
+  const BitmapServices& bitmaps = stage->Contracts().bitmaps;
   const struct {
     Variant value;
     const char* bare;
@@ -22,7 +22,7 @@ TEST(Format, AValueIsOneBareLine) {
       {std::string("a\r\nb\\n\"") + '\0', R"(a\r\nb\\n"\0)", R"("a\r\nb\\n\"\0")"},
       {std::string(), "", "\"\""},
       {ObjectRef(), "Nothing", "Nothing"},
-      {ObjectRef(platform.Contracts().pictures.EmptyPicture()), "0x0", "0x0"},
+      {ObjectRef(stage->Contracts().pictures.EmptyPicture()), "0x0", "0x0"},
   };
   for (const auto& [value, bare, quoted] : cases) {
     EXPECT_EQ(FormatValue(value, bitmaps), bare);

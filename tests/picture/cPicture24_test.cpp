@@ -7,7 +7,7 @@
 #include <limits>
 #include <utility>
 
-#include "tests/contracts/contract_platform.h"
+#include "host/stage.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"
 #include "tests/support/forwarding_bitmaps.h"
@@ -46,7 +46,7 @@ class PictureBuffer : public testing::Test {
     return Shown(buffer.CopyToPicture());
   }
 
-  std::unique_ptr<ContractPlatform> m_platform = MakeContractPlatform();
+  std::unique_ptr<Stage> m_platform = MakeStage();
   Platform& platform = m_platform->Contracts();
 };
 
@@ -174,7 +174,7 @@ TEST_F(PictureBuffer, CropReadsABitmapThatTheHostHasSelectedElsewhere) {
   const SelectGuard selected(platform.bitmaps, dc.get(), picture->Handle());
   ASSERT_TRUE(selected);
   SameHandle bitmaps(platform.bitmaps);
-  Platform other{bitmaps, platform.pictures};
+  Platform other = WithBitmaps(bitmaps, platform);
   for (Platform* services : {&platform, &other}) {
     cPicture24 buffer(*services);
     buffer.CopyFromPicture(picture);

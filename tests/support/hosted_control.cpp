@@ -26,8 +26,8 @@ class HostedControl::Recorder : public EventSink, public Site {
   std::shared_ptr<std::vector<std::string>> m_log;
 };
 
-HostedControl::HostedControl(int width, int height)
-    : window(std::make_unique<PortableWindow>(platform, width, height)) {
+HostedControl::HostedControl(int width, int height, std::unique_ptr<Stage> stageToUse)
+    : stage(std::move(stageToUse)), window(platform.OpenWindow(width, height)) {
   const auto recorder = std::make_shared<Recorder>(*this);
   control = TWAIN::Create(platform.Contracts(), window->ControlsSurface(), recorder);
   control->InitProperties();

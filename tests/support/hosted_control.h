@@ -6,8 +6,7 @@
 
 #include "control/TWAIN.h"
 #include "control/dispatch.h"
-#include "host/portable_window.h"
-#include "platform/portable/portable_platform.h"
+#include "host/stage.h"
 #include "tests/support/pictures.h"
 
 namespace quillet {
@@ -16,7 +15,7 @@ namespace quillet {
 class HostedControl {
  public:
   // The window's inside size in pixels.
-  HostedControl(int width, int height);
+  HostedControl(int width, int height, std::unique_ptr<Stage> stage = MakeStage());
 
   Variant Get(const char* name);
   Long Number(const char* name) { return VariantToLong(Get(name)); }
@@ -44,8 +43,9 @@ class HostedControl {
   // Runs at every event, after it was logged.
   std::function<void(Event, std::span<Variant>)> onEvent;
 
-  PortablePlatform platform;
-  std::unique_ptr<PortableWindow> window;
+  const std::unique_ptr<Stage> stage;
+  Stage& platform = *stage;
+  std::unique_ptr<ControlWindow> window;
   std::shared_ptr<TWAIN> control;
 
  private:

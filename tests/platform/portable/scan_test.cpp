@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/runtime_error.h"
+#include "host/portable_stage.h"
 #include "platform/portable/portable_messages.h"
 #include "platform/portable/portable_source_manager.h"
 #include "platform/portable/simulated_user.h"
@@ -41,7 +42,8 @@ class Scan : public testing::Test {
 
   TemporaryFolder folder;
   EnvironmentVariable temporaryFolder{"TMPDIR", folder.Path("")};
-  HostedControl host{300, 200};
+  PortableStage* stage = new PortableStage;  // owned by the control's host
+  HostedControl host{300, 200, std::unique_ptr<Stage>(stage)};
 };
 
 TEST_F(Scan, ShowsThePageAtItsOwnSizeAndNotifiesNothing) {
@@ -71,7 +73,7 @@ TEST_F(Scan, OfWhichNothingComesShowsTheOldPictureUnzoomed) {
 TEST_F(Scan, WithoutAManagerRaisesItsErrorAfterTheZoomIsForgotten) {
   host.Assign(30, 20);
   host.Call("Zoom", Integer{200});
-  host.platform.Sources().Uninstall();
+  stage->Layer().Sources().Uninstall();
   const CensusCounts before = Idle();
   EXPECT_EQ(ErrorOf([&] { host.Call("Scan"); }), ErrorNumber::FileNotFound);
   EXPECT_EQ(ErrorOf([&] { host.Call("SelectSource"); }), ErrorNumber::FileNotFound);
@@ -81,7 +83,7 @@ TEST_F(Scan, WithoutAManagerRaisesItsErrorAfterTheZoomIsForgotten) {
 }
 
 TEST_F(Scan, TakesTheSourceThatWasChosen) {
-  host.platform.User().WillChoose("Panel");
+  stage->Layer().User().WillChoose("Panel");
   host.Call("SelectSource");
   host.Call("Scan");
   EXPECT_EQ(Size(), "827x1169");
@@ -141,7 +143,7 @@ TEST_F(Scan, EndsInOrderWhenItsWindowIsClosedInside) {
 }
 
 TEST_F(Scan, LeavesAQuitInsideItTaken) {
-  InsideTheLoop([&] { host.platform.Queue().PostQuitMessage(0); });
+  InsideTheLoop([&] { stage->Layer().Queue().PostQuitMessage(0); });
   host.Call("Scan");
   EXPECT_EQ(Size(), "0x0") << "no image was ready";
   host.Call("Scan");
@@ -158,7 +160,7 @@ long ResidentPages() {
 
 TEST_F(Scan, AThousandTimesLeavesMemoryAndHandlesWhereTheyWere) {
   host.Put("ColorType", Long{twBlackWhite});
-  host.platform.Sources().Glass().PutPage(Dib::Zeroed({.width = 1, .height = 1, .depth = 24}));
+  stage->Layer().Sources().Glass().PutPage(Dib::Zeroed({.width = 1, .height = 1, .depth = 24}));
   const auto scan = [&](int times) {
     for (int i = 0; i < times; ++i) host.Call("Scan");
   };

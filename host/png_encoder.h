@@ -1,0 +1,12 @@
+#pragma once
+
+#include <vector>
+
+#include "host/control_window.h"
+
+namespace quillet {
+
+// A snapshot with pixels as a PNG file's content. std::runtime_error when that fails.
+std::vector<char> EncodePng(const Snapshot& snapshot);
+
+}  // namespace quillet

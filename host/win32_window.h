@@ -1,0 +1,48 @@
+#pragma once
+
+#include "host/control_window.h"
+#include "host/win32_hand.h"
+#include "platform/win32/win32_surface.h"
+#include "platform/win32/window_classes.h"
+
+namespace quillet {
+
+class Win32Platform;
+
+// A top-level window on the display that the control fills. The window goes with this object; the
+// surface may outlive it, as a control does whose form was closed.
+//
+// The mouse and the keyboard are those of the methods here: the real ones are not listened to, so
+// that what happens does not depend on where the pointer happens to lie.
+class Win32Window : public ControlWindow {
+ public:
+  // The inside size in pixels, border left out.
+  Win32Window(Win32Platform& platform, int width, int height);
+  Win32Window(const Win32Window&) = delete;
+  Win32Window& operator=(const Win32Window&) = delete;
+  ~Win32Window() override;
+
+  std::shared_ptr<Surface> ControlsSurface() override { return m_surface; }
+  void Resize(int width, int height) override;
+  // Run-time errors: 5 for a press or release that is not of one button (1, 2 or 4) and for a move
+  // with others than these, 6 for a point beyond 16 bits. A press on a bar takes effect with the
+  // release.
+  void Mouse(MouseAction action, int x, int y, Integer button, Integer shift) override;
+  void Key(KeyAction action, Integer code, Integer shift) override;
+  void DragThumb(Bar bar, Integer value) override;
+  void ClickArrow(Bar bar, bool forward) override;
+  void ClickPage(Bar bar, bool forward) override;
+  void Idle() override;
+  // Read from the display; without pixels once the window is gone.
+  Snapshot Capture() override;
+  Place BoxPlace() const override;
+  Place BarPlace(Bar bar) const override;
+
+ private:
+  WindowClass m_class;
+  std::shared_ptr<Win32Surface> m_surface;
+  std::shared_ptr<Win32Hand> m_hand;
+  HWND m_window;
+};
+
+}  // namespace quillet

@@ -1,0 +1,32 @@
+#include "platform/win32/window_classes.h"
+
+#include "base/runtime_error.h"
+
+namespace quillet {
+
+HINSTANCE ThisModule() noexcept {
+  HMODULE module = nullptr;
+  ::GetModuleHandleExW(
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+      reinterpret_cast<LPCWSTR>(&ThisModule), &module);
+  return module;
+}
+
+WindowClass::WindowClass(const wchar_t* name, UINT style, HBRUSH background)
+    : m_name(name + (L"." + std::to_wstring(reinterpret_cast<std::uintptr_t>(this)))) {
+  WNDCLASSEXW description{};
+  description.cbSize = sizeof(description);
+  description.style = style;
+  description.lpfnWndProc = ::DefWindowProcW;
+  description.hInstance = ThisModule();
+  description.hCursor = ::LoadCursorW(nullptr, IDC_ARROW);
+  description.hbrBackground = background;
+  description.lpszClassName = m_name.c_str();
+  if (::RegisterClassExW(&description) == 0) throw RunTimeError(ErrorNumber::OutOfMemory);
+}
+
+WindowClass::~WindowClass() {
+  ::UnregisterClassW(m_name.c_str(), ThisModule());
+}
+
+}  // namespace quillet

@@ -1,0 +1,18 @@
+#pragma once
+
+namespace quillet {
+
+// What the platforms may differ in; everything else is the same. The filter of stretched copies is
+// each platform's own too, and so is which image of an icon file it takes.
+struct PlatformTraits {
+  // The depth of every copy, the screen's (one bit may stay one bit); 0 where a copy has its
+  // source's, a stretched one 24.
+  int depthOfCopies = 0;
+  // CopyImage may hand back its source where that is what was asked for.
+  bool copyMayBeItsSource = false;
+};
+
+// Those of the platform that the tests are built for.
+PlatformTraits TraitsOfPlatform();
+
+}  // namespace quillet

@@ -1,0 +1,13 @@
+#include "platform/win32/sdk.h"
+#include "tests/contracts/platform_traits.h"
+
+namespace quillet {
+
+PlatformTraits TraitsOfPlatform() {
+  const HDC screen = ::GetDC(nullptr);
+  const int depth = ::GetDeviceCaps(screen, BITSPIXEL);
+  ::ReleaseDC(nullptr, screen);
+  return {.depthOfCopies = depth, .copyMayBeItsSource = true};
+}
+
+}  // namespace quillet
