@@ -74,8 +74,11 @@ RECT PaintBitmap(HDC dc, const RECT& area, const Picture* picture) {
 
 }  // namespace
 
-void PaintPicture(HDC dc, const RECT& area, const Picture* picture, COLORREF background) noexcept {
+void PaintPicture(HDC dc, const Picture* picture, COLORREF background) noexcept {
   const SavedState saved(dc);
+  // The system tells the area to be painted in the units that the context was left in.
+  RECT area{};
+  ::GetClipBox(dc, &area);
   const RECT covered = PaintBitmap(dc, area, picture);
   ::SetDCBrushColor(dc, background);
   const auto brush = static_cast<HBRUSH>(::GetStockObject(DC_BRUSH));

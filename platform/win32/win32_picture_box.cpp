@@ -133,7 +133,7 @@ void Win32PictureBox::TakeSize() {
 void Win32PictureBox::Paint() {
   PAINTSTRUCT paint{};
   const HDC dc = ::BeginPaint(Window(), &paint);
-  if (dc) PaintPicture(dc, paint.rcPaint, m_picture.get(), ColorOf(m_backColor));
+  if (dc) PaintPicture(dc, m_picture.get(), ColorOf(m_backColor));
   if (m_painting) {
     m_paintOwed = true;
   } else {
