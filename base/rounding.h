@@ -8,6 +8,13 @@ namespace quillet {
 // Independent of the thread's rounding mode, so a host that changed it cannot change a result.
 double RoundHalfEven(double value) noexcept;
 
+// RoundHalfEven of a value that is known to give 0 to 255, in the middle of a loop over pixels.
+inline Byte NearestByte(double value) noexcept {
+  const int below = static_cast<int>(value);
+  const double fraction = value - below;
+  return static_cast<Byte>(below + (fraction > 0.5 || (fraction == 0.5 && below % 2 != 0)));
+}
+
 // RoundHalfEven into the integer kind; run-time error 6 for what does not fit, infinities and NaN
 // too.
 Byte ToByte(double value);

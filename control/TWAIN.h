@@ -97,6 +97,18 @@ class TWAIN : public std::enable_shared_from_this<TWAIN> {
   void Rotate();
   void Resize(Long lNewWidth, Long lNewHeight);
   void Crop(Long lLeft, Long lTop, Long lWidth, Long lHeight);
+  void Invert();
+  void GrayScale();
+  void BlackWhite();
+  void Sharpen();
+  void SharpenMore();
+  void Blur();
+  void Contrast(Integer iValue);
+  void Fade(Long lValue);
+  void Lighten(Long lValue);
+
+  // Whether that picture has the same pixels as the current one. The object itself is not changed.
+  bool Compare(ObjectRef& ComparePic);
 
  private:
   friend class SurfaceDoor;

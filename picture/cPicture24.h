@@ -57,6 +57,30 @@ class cPicture24 {
   void Reverse();
   void Rotate();
 
+  // Point operations. Contrast leaves the last row and the last column as they are.
+  void Invert(bool bRed, bool bGreen, bool bBlue);
+  void GrayScale();
+  void BlackWhite();
+  // Results beyond a channel's range end at its limits, however far beyond.
+  void Contrast(Integer iValue);
+  // Scales every channel by lValue / 255. Run-time error 6 at the first pixel with a channel that
+  // leaves 0 .. 255; the pixels before it are changed then.
+  void Fade(Long lValue);
+  // Scales the lightness by 1 + lValue / 100, up to white; below -100 as -100, black.
+  void Lighten(Long lValue);
+
+  // Adds the difference to the lower right neighbour, times the amount. Leaves the last row and
+  // the last column as they are. Run-time error 6 for an amount that takes a result beyond 16 bits.
+  void Sharpen(Single sngAmount);
+  // Averages each pixel with its right, lower and lower right neighbours and with its upper left
+  // one, which is blurred already. Leaves the border as it is.
+  void Blur();
+
+  // Whether the other picture or buffer has the same size and the same pixels. False for no object,
+  // for one that is no picture, and where either has no bitmap.
+  bool Compare(const ObjectRef& other);
+  bool Compare(const cPicture24& other);
+
  private:
   // A picture that stands for the buffer's image. `unseen`: made here, 24 bits deep and not yet
   // given out, so that CopyToPicture need not make another.
@@ -66,6 +90,7 @@ class cPicture24 {
   };
   using Content = std::variant<std::monostate, Deferred, DibSection>;
   class Loan;
+  class RowReader;
 
   static BitmapHandle BitmapOf(const Content& content);
   void Clear();
@@ -78,6 +103,8 @@ class cPicture24 {
   void RaiseProgress(Long row, Long height) const;
   template <typename RowFunction>
   void ForEachRow(Long first, Long last, Long height, RowFunction&& transformRow);
+  template <typename RowFunction>
+  void TransformRows(Long top, Long bottom, RowFunction&& transformRow);
 
   Platform& m_platform;
   ProgressHandler m_progress;

@@ -34,4 +34,14 @@ void cPicture24::ForEachRow(Long first, Long last, Long height, RowFunction&& tr
   }
 }
 
+// An operation in place on rows `top` to Height() - 1 - `bottom`; an empty buffer has none.
+template <typename RowFunction>
+void cPicture24::TransformRows(Long top, Long bottom, RowFunction&& transformRow) {
+  if (m_width < 1) return;
+  Loan loan(*this);
+  DibSection& pixels = loan.Pixels();
+  const Long height = pixels.Height();
+  ForEachRow(top, height - 1 - bottom, height, [&](Long y) { transformRow(pixels, y); });
+}
+
 }  // namespace quillet

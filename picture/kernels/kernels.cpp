@@ -1,17 +1,52 @@
 #include "picture/kernels/kernels.h"
 
 #include "picture/kernels/geometry.h"
+#include "picture/kernels/tone.h"
 
 namespace quillet {
 namespace {
 
 // A set without a faster form of a kernel takes the simpler set's.
-constexpr Kernels kScalar{InstructionSet::Scalar, scalar::SwapRows, scalar::ReverseRow,
-                          scalar::RotateStrip};
+constexpr Kernels kScalar{.set = InstructionSet::Scalar,
+                          .SwapRows = scalar::SwapRows,
+                          .ReverseRow = scalar::ReverseRow,
+                          .RotateStrip = scalar::RotateStrip,
+                          .Invert = scalar::Invert,
+                          .Contrast = scalar::Contrast,
+                          .Fade = scalar::Fade,
+                          .SharpenByHalf = scalar::SharpenByHalf,
+                          .SharpenByFourFifths = scalar::SharpenByFourFifths,
+                          .Blur = scalar::Blur,
+                          .GrayScale = scalar::GrayScale,
+                          .BlackWhite = scalar::BlackWhite,
+                          .Lighten = scalar::Lighten};
 #ifdef QUILLET_X86
-constexpr Kernels kSse2{InstructionSet::Sse2, scalar::SwapRows, scalar::ReverseRow,
-                        sse2::RotateStrip};
-constexpr Kernels kAvx2{InstructionSet::Avx2, avx2::SwapRows, avx2::ReverseRow, avx2::RotateStrip};
+constexpr Kernels kSse2{.set = InstructionSet::Sse2,
+                        .SwapRows = scalar::SwapRows,
+                        .ReverseRow = scalar::ReverseRow,
+                        .RotateStrip = sse2::RotateStrip,
+                        .Invert = sse2::Invert,
+                        .Contrast = sse2::Contrast,
+                        .Fade = sse2::Fade,
+                        .SharpenByHalf = sse2::SharpenByHalf,
+                        .SharpenByFourFifths = sse2::SharpenByFourFifths,
+                        .Blur = sse2::Blur,
+                        .GrayScale = sse2::GrayScale,
+                        .BlackWhite = sse2::BlackWhite,
+                        .Lighten = scalar::Lighten};
+constexpr Kernels kAvx2{.set = InstructionSet::Avx2,
+                        .SwapRows = avx2::SwapRows,
+                        .ReverseRow = avx2::ReverseRow,
+                        .RotateStrip = avx2::RotateStrip,
+                        .Invert = avx2::Invert,
+                        .Contrast = avx2::Contrast,
+                        .Fade = avx2::Fade,
+                        .SharpenByHalf = avx2::SharpenByHalf,
+                        .SharpenByFourFifths = avx2::SharpenByFourFifths,
+                        .Blur = avx2::Blur,
+                        .GrayScale = avx2::GrayScale,
+                        .BlackWhite = avx2::BlackWhite,
+                        .Lighten = avx2::Lighten};
 #endif
 
 }  // namespace

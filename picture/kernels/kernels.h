@@ -10,9 +10,17 @@ namespace quillet {
 // definition of the arithmetic; the vector forms equal it bit for bit.
 enum class InstructionSet { Scalar, Sse2, Avx2 };
 
+class LightenTable;
+
+// One byte for each channel of a pixel.
+struct PixelBytes {
+  Byte blue = 0, green = 0, red = 0;
+};
+
 // Row functions on 24-bit pixels (3 bytes each: blue, green, red). Widths in pixels, at least 1;
-// strides, the distances between rows, in bytes. They touch pixel bytes only, never the alignment
-// bytes of a row, allocate nothing and call nobody.
+// counts in bytes, at least 0; strides, the distances between rows, in bytes. They touch pixel
+// bytes only, never the alignment bytes of a row, allocate nothing and call nobody. Roundings go to
+// the nearest integer, halves to the even neighbour, and results are clamped to 0 .. 255.
 struct Kernels {
   InstructionSet set;
 
@@ -27,7 +35,36 @@ struct Kernels {
   // target do not overlap. kRotateStripRows rows at a time are fastest.
   void (*RotateStrip)(const Byte* source, std::ptrdiff_t sourceStride, Long width, Long rows,
                       Byte* target, std::ptrdiff_t targetStride);
+
+  // Each channel is combined with its byte of `changes` by exclusive or: 255 inverts, 0 keeps.
+  void (*Invert)(Byte* row, std::ptrdiff_t count, PixelBytes changes);
+
+  // Each byte c becomes (c - 128) x factor + 128, the factor from -128 to 128.
+  void (*Contrast)(Byte* row, std::ptrdiff_t count, Integer factor);
+
+  // Each byte c becomes c x level / 255.
+  void (*Fade)(Byte* row, std::ptrdiff_t count, Byte level);
+
+  // Each byte c becomes c + (c - d) x 0.5, or 0.8, d being the byte of the same number from
+  // `diagonal`. The two may be one row if `diagonal` is further right.
+  void (*SharpenByHalf)(Byte* row, const Byte* diagonal, std::ptrdiff_t count);
+  void (*SharpenByFourFifths)(Byte* row, const Byte* diagonal, std::ptrdiff_t count);
+
+  // Each byte becomes the fifth of a sum: its own, the one of its right neighbour (3 bytes on, as
+  // it was before), those of the same two numbers in `below`, and the one in `upperLeft`.
+  void (*Blur)(const Byte* upperLeft, Byte* row, const Byte* below, std::ptrdiff_t count);
+
+  // All three channels become 0.707 green + 0.222 red + 0.071 blue.
+  void (*GrayScale)(Byte* row, Long width);
+
+  // All three channels become 255 where one of them is kWhiteFrom or more, else 0.
+  void (*BlackWhite)(Byte* row, Long width);
+
+  // Each pixel gets the lightness that the table has for its colour; hue and saturation stay.
+  void (*Lighten)(Byte* row, Long width, const LightenTable& table);
 };
+
+inline constexpr Byte kWhiteFrom = 192;
 
 // Few enough that one cache line of each source row stays in the first-level cache until all its
 // pixels are used, enough that each target row gets whole cache lines.

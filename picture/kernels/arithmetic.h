@@ -1,0 +1,59 @@
+#pragma once
+
+// The arithmetic of one channel, each formula written once: T is int, or a vector of 16-bit
+// integers that holds as many channels as the instruction set takes at a time; U is T without sign.
+// Results may leave 0 to 255, who stores them clamps. Each is the exact integer form of a product
+// with a fraction, rounded half to even.
+//
+// Vector types are told apart by their width, so that each instantiation belongs to one instruction
+// set, and none that is compiled for AVX2 can reach a processor without it.
+namespace quillet {
+
+// (c - 128) x factor + 128 for a factor from -128 to 128. A larger one changes nothing any more:
+// every channel but 128 has met an end.
+template <typename T>
+inline T Contrasted(T c, T factor) {
+  return (c - 128) * factor + 128;
+}
+
+// c x level / 255 for a level from 0 to 255; never half-way.
+template <typename U>
+inline U Faded(U c, U level) {
+  const U product = c * level + 128;
+  return (product + (product >> 8)) >> 8;
+}
+
+// c + (c - diagonal) / 2.
+template <typename T>
+inline T SharpenedByHalf(T c, T diagonal) {
+  const T twice = c * 3 - diagonal;
+  return (twice + ((twice >> 1) & 1)) >> 1;
+}
+
+// c + (c - diagonal) x 4 / 5; never half-way. The float nearest to 0.8 gives the same. 0 in place
+// of what is negative.
+template <typename U, typename T>
+inline U SharpenedByFourFifths(T c, T diagonal) {
+  const T fiveTimes = c * 9 - diagonal * 4 + 2;
+  const T negative = fiveTimes >> 15;
+  return U(fiveTimes & ~negative) / 5;
+}
+
+// A fifth of the sum; never half-way.
+template <typename U>
+inline U Blurred(U upperLeft, U c, U right, U below, U lowerRight) {
+  return (upperLeft + c + right + below + lowerRight + 2) / 5;
+}
+
+// sum / 1000 for a sum from 0 to 255000.
+constexpr int HalfEvenThousandth(int sum) {
+  const int halvesDown = (sum + 499) / 1000;
+  return (sum + 499 + (halvesDown & 1)) / 1000;
+}
+
+// The same number, 1000 times.
+constexpr int GrayTimes1000(int blue, int green, int red) {
+  return 71 * blue + 707 * green + 222 * red;
+}
+
+}  // namespace quillet

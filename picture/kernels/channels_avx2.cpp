@@ -1,0 +1,70 @@
+#include "picture/kernels/tone.h"
+
+#ifdef QUILLET_X86
+
+#include <immintrin.h>
+
+#include "picture/kernels/channels.h"
+
+namespace quillet::avx2 {
+namespace {
+
+struct Lanes {
+  static constexpr std::ptrdiff_t kBytes = 32;
+  using Bytes = __m256i;
+  using Words = std::int16_t __attribute__((vector_size(32)));
+  using UWords = std::uint16_t __attribute__((vector_size(32)));
+
+  static Bytes Load(const Byte* from) {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
+  }
+  static void Store(Byte* to, Bytes bytes) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), bytes);
+  }
+  static Words Low(Bytes bytes) {
+    return Words(_mm256_unpacklo_epi8(bytes, _mm256_setzero_si256()));
+  }
+  static Words High(Bytes bytes) {
+    return Words(_mm256_unpackhi_epi8(bytes, _mm256_setzero_si256()));
+  }
+  template <typename AnyWords>
+  static Bytes Narrow(AnyWords low, AnyWords high) {
+    return _mm256_packus_epi16(__m256i(low), __m256i(high));
+  }
+};
+
+}  // namespace
+
+void Invert(Byte* row, std::ptrdiff_t count, PixelBytes changes) {
+  const auto done = channels::Invert<Lanes>(row, count, changes);
+  sse2::Invert(row + done, count - done, changes);
+}
+
+void Contrast(Byte* row, std::ptrdiff_t count, Integer factor) {
+  const auto done = channels::Contrast<Lanes>(row, count, factor);
+  sse2::Contrast(row + done, count - done, factor);
+}
+
+void Fade(Byte* row, std::ptrdiff_t count, Byte level) {
+  const auto done = channels::Fade<Lanes>(row, count, level);
+  sse2::Fade(row + done, count - done, level);
+}
+
+void SharpenByHalf(Byte* row, const Byte* diagonal, std::ptrdiff_t count) {
+  const auto done = channels::SharpenByHalf<Lanes>(row, diagonal, count);
+  sse2::SharpenByHalf(row + done, diagonal + done, count - done);
+}
+
+void SharpenByFourFifths(Byte* row, const Byte* diagonal, std::ptrdiff_t count) {
+  const auto done = channels::SharpenByFourFifths<Lanes>(row, diagonal, count);
+  sse2::SharpenByFourFifths(row + done, diagonal + done, count - done);
+}
+
+void Blur(const Byte* upperLeft, Byte* row, const Byte* below, std::ptrdiff_t count) {
+  const auto done = channels::Blur<Lanes>(upperLeft, row, below, count);
+  sse2::Blur(upperLeft + done, row + done, below + done, count - done);
+}
+
+}  // namespace quillet::avx2
+
+#endif

@@ -1,0 +1,17 @@
+#include "picture/kernels/lighten_table.h"
+
+namespace quillet {
+
+LightenTable::LightenTable(Long percent) {
+  const double factor = percent < -100 ? 0.0 : percent / 100.0 + 1;
+  auto* range = m_ranges.data();
+  for (Long largest = 0; largest < 256; ++largest) {
+    for (Long smallest = 0; smallest <= largest; ++smallest) {
+      const HSL color = RGBToHSL(largest, smallest, smallest);
+      const double scaled = factor * color.lightness;
+      *range++ = RangeOf(color.saturation, scaled > 1 ? 1.0f : static_cast<Single>(scaled));
+    }
+  }
+}
+
+}  // namespace quillet

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "picture/lightness.h"
+
+namespace quillet {
+
+// What scaling the lightness by 1 + percent / 100 makes of every colour: its new largest and
+// smallest channel depend on nothing but its old ones. The channel between keeps its place between
+// them, which the hue says. A percentage below -100 counts as -100.
+class LightenTable {
+ public:
+  explicit LightenTable(Long percent);
+
+  // The new range for channels from `smallest` to `largest`.
+  const ChannelRange& At(int largest, int smallest) const {
+    return m_ranges[static_cast<std::size_t>(largest * (largest + 1) / 2 + smallest)];
+  }
+  // All of them, in that order.
+  const ChannelRange* Data() const { return m_ranges.data(); }
+
+ private:
+  std::array<ChannelRange, 256 * 257 / 2> m_ranges;
+};
+// Vector code reads the two as a pair.
+static_assert(sizeof(ChannelRange) == 2 * sizeof(Single));
+
+}  // namespace quillet

@@ -1,0 +1,121 @@
+#include "picture/kernels/tone.h"
+
+#ifdef QUILLET_X86
+
+#include <immintrin.h>
+
+// 32 pixels at a time, taken apart into their channels: a vector of blue bytes, one of green and
+// one of red, the first 16 pixels in the lower half and the others in the upper one.
+namespace quillet::avx2 {
+namespace {
+
+__m256i LoadHalves(const Byte* low, const Byte* high) {
+  return _mm256_inserti128_si256(
+      _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(low))),
+      _mm_loadu_si128(reinterpret_cast<const __m128i*>(high)), 1);
+}
+
+void StoreHalves(Byte* low, Byte* high, __m256i bytes) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(low), _mm256_castsi256_si128(bytes));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(high), _mm256_extracti128_si256(bytes, 1));
+}
+
+__m256i BothHalves(__m128i half) {
+  return _mm256_broadcastsi128_si256(half);
+}
+
+struct Planes {
+  __m256i blue, green, red;
+};
+
+Planes LoadPlanes(const Byte* from) {
+  const __m256i a = LoadHalves(from, from + 48);
+  const __m256i b = LoadHalves(from + 16, from + 64);
+  const __m256i c = LoadHalves(from + 32, from + 80);
+  // Places whose number leaves 1, or 2, when divided by 3. A channel has its bytes in different
+  // places of the three vectors, so that they fit into one; then they are put in order.
+  const __m256i ones =
+      BothHalves(_mm_setr_epi8(0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0));
+  const __m256i twos =
+      BothHalves(_mm_setr_epi8(0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0));
+  const auto join = [&](__m256i atZero, __m256i atOne, __m256i atTwo) {
+    return _mm256_blendv_epi8(_mm256_blendv_epi8(atZero, atOne, ones), atTwo, twos);
+  };
+  const __m256i orderBlue =
+      BothHalves(_mm_setr_epi8(0, 3, 6, 9, 12, 15, 2, 5, 8, 11, 14, 1, 4, 7, 10, 13));
+  const __m256i orderGreen =
+      BothHalves(_mm_setr_epi8(1, 4, 7, 10, 13, 0, 3, 6, 9, 12, 15, 2, 5, 8, 11, 14));
+  const __m256i orderRed =
+      BothHalves(_mm_setr_epi8(2, 5, 8, 11, 14, 1, 4, 7, 10, 13, 0, 3, 6, 9, 12, 15));
+  return {_mm256_shuffle_epi8(join(a, c, b), orderBlue),
+          _mm256_shuffle_epi8(join(b, a, c), orderGreen),
+          _mm256_shuffle_epi8(join(c, b, a), orderRed)};
+}
+
+// 32 pixels whose channels are equal.
+void StoreGray(Byte* to, __m256i gray) {
+  const __m256i first = BothHalves(_mm_setr_epi8(0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5));
+  const __m256i second =
+      BothHalves(_mm_setr_epi8(5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 9, 10, 10));
+  const __m256i third =
+      BothHalves(_mm_setr_epi8(10, 11, 11, 11, 12, 12, 12, 13, 13, 13, 14, 14, 14, 15, 15, 15));
+  StoreHalves(to, to + 48, _mm256_shuffle_epi8(gray, first));
+  StoreHalves(to + 16, to + 64, _mm256_shuffle_epi8(gray, second));
+  StoreHalves(to + 32, to + 80, _mm256_shuffle_epi8(gray, third));
+}
+
+// Weights of bytes that alternate in a vector.
+__m256i Weights(int even, int odd) {
+  return _mm256_set1_epi16(static_cast<short>(odd << 8 | even));
+}
+
+// eighths x 8 / 1000, exact for up to 32767 eighths.
+__m256i ThousandthOfEighths(__m256i eighths) {
+  return _mm256_srli_epi16(
+      _mm256_mulhi_epu16(eighths, _mm256_set1_epi16(static_cast<short>(33555))), 6);
+}
+
+// The grey values of 16 pixels, given as pairs (blue, green) and (red, 1). The sum of up to 255499
+// does not fit into 16 bits: `eighths` and `rest` are it, as 8 x eighths + rest.
+__m256i GrayOf(__m256i blueGreen, __m256i redOne) {
+  // 71 = 8 x 8 + 7, 707 = 8 x 88 + 3, 222 = 8 x 27 + 6, 499 = 8 x 62 + 3.
+  const __m256i eighths = _mm256_add_epi16(_mm256_maddubs_epi16(blueGreen, Weights(8, 88)),
+                                           _mm256_maddubs_epi16(redOne, Weights(27, 62)));
+  const __m256i rest = _mm256_add_epi16(_mm256_maddubs_epi16(blueGreen, Weights(7, 3)),
+                                        _mm256_maddubs_epi16(redOne, Weights(6, 3)));
+  const __m256i halvesDown =
+      ThousandthOfEighths(_mm256_add_epi16(eighths, _mm256_srli_epi16(rest, 3)));
+  const __m256i isOdd = _mm256_and_si256(halvesDown, _mm256_set1_epi16(1));
+  return ThousandthOfEighths(
+      _mm256_add_epi16(eighths, _mm256_srli_epi16(_mm256_add_epi16(rest, isOdd), 3)));
+}
+
+}  // namespace
+
+void GrayScale(Byte* row, Long width) {
+  const __m256i one = _mm256_set1_epi8(1);
+  for (; width >= 32; width -= 32, row += 96) {
+    const Planes pixels = LoadPlanes(row);
+    const __m256i low = GrayOf(_mm256_unpacklo_epi8(pixels.blue, pixels.green),
+                               _mm256_unpacklo_epi8(pixels.red, one));
+    const __m256i high = GrayOf(_mm256_unpackhi_epi8(pixels.blue, pixels.green),
+                                _mm256_unpackhi_epi8(pixels.red, one));
+    StoreGray(row, _mm256_packus_epi16(low, high));
+  }
+  sse2::GrayScale(row, width);
+}
+
+void BlackWhite(Byte* row, Long width) {
+  const __m256i from = _mm256_set1_epi8(static_cast<char>(kWhiteFrom));
+  for (; width >= 32; width -= 32, row += 96) {
+    const Planes pixels = LoadPlanes(row);
+    const __m256i lightest =
+        _mm256_max_epu8(_mm256_max_epu8(pixels.blue, pixels.green), pixels.red);
+    StoreGray(row, _mm256_cmpeq_epi8(_mm256_max_epu8(lightest, from), lightest));
+  }
+  sse2::BlackWhite(row, width);
+}
+
+}  // namespace quillet::avx2
+
+#endif
