@@ -12,7 +12,9 @@ double RoundHalfEven(double value) noexcept;
 inline Byte NearestByte(double value) noexcept {
   const int below = static_cast<int>(value);
   const double fraction = value - below;
-  return static_cast<Byte>(below + (fraction > 0.5 || (fraction == 0.5 && below % 2 != 0)));
+  const int isAbove = fraction > 0.5;
+  const int isHalf = fraction == 0.5;
+  return static_cast<Byte>(below + (isAbove | (isHalf & below)));
 }
 
 // RoundHalfEven into the integer kind; run-time error 6 for what does not fit, infinities and NaN

@@ -23,26 +23,18 @@ inline U Faded(U c, U level) {
   return (product + (product >> 8)) >> 8;
 }
 
-// c + (c - diagonal) / 2.
+// value / 2, as in c + (c - diagonal) x 0.5 = (3 c - diagonal) / 2.
 template <typename T>
-inline T SharpenedByHalf(T c, T diagonal) {
-  const T twice = c * 3 - diagonal;
-  return (twice + ((twice >> 1) & 1)) >> 1;
+inline T HalfEvenHalf(T value) {
+  return (value + ((value >> 1) & 1)) >> 1;
 }
 
-// c + (c - diagonal) x 4 / 5; never half-way. The float nearest to 0.8 gives the same. 0 in place
-// of what is negative.
+// value / 5, as in c + (c - diagonal) x 0.8 = (9 c - 4 diagonal) / 5; never half-way, and the float
+// nearest to 0.8 gives the same. 0 in place of what is negative.
 template <typename U, typename T>
-inline U SharpenedByFourFifths(T c, T diagonal) {
-  const T fiveTimes = c * 9 - diagonal * 4 + 2;
-  const T negative = fiveTimes >> 15;
-  return U(fiveTimes & ~negative) / 5;
-}
-
-// A fifth of the sum; never half-way.
-template <typename U>
-inline U Blurred(U upperLeft, U c, U right, U below, U lowerRight) {
-  return (upperLeft + c + right + below + lowerRight + 2) / 5;
+inline U NearestFifth(T value) {
+  const T fromTwo = value + 2;
+  return U(fromTwo > 0 ? fromTwo : T{}) / 5;
 }
 
 // sum / 1000 for a sum from 0 to 255000.

@@ -21,11 +21,23 @@ struct Lanes {
   static void Store(Byte* to, Bytes bytes) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), bytes);
   }
-  static Words Low(Bytes bytes) {
-    return Words(_mm256_unpacklo_epi8(bytes, _mm256_setzero_si256()));
+  static Bytes Interleave(channels::LowHalf, Bytes a, Bytes b) {
+    return _mm256_unpacklo_epi8(a, b);
   }
-  static Words High(Bytes bytes) {
-    return Words(_mm256_unpackhi_epi8(bytes, _mm256_setzero_si256()));
+  static Bytes Interleave(channels::HighHalf, Bytes a, Bytes b) {
+    return _mm256_unpackhi_epi8(a, b);
+  }
+  template <typename Half>
+  static Words Widen(Half half, Bytes c) {
+    return Words(Interleave(half, c, _mm256_setzero_si256()));
+  }
+  template <typename Half>
+  static Words Weigh(Half half, Bytes a, int v, Bytes b, int w) {
+    const __m256i weights = _mm256_set1_epi16(static_cast<short>((w & 0xFF) << 8 | (v & 0xFF)));
+    return Words(_mm256_maddubs_epi16(Interleave(half, a, b), weights));
+  }
+  static void Prefetch(std::uintptr_t address) {
+    _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
   }
   template <typename AnyWords>
   static Bytes Narrow(AnyWords low, AnyWords high) {

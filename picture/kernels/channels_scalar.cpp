@@ -28,18 +28,18 @@ void Fade(Byte* row, std::ptrdiff_t count, Byte level) {
 
 void SharpenByHalf(Byte* row, const Byte* diagonal, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i)
-    row[i] = Clamped(SharpenedByHalf<int>(row[i], diagonal[i]));
+    row[i] = Clamped(HalfEvenHalf(3 * row[i] - diagonal[i]));
 }
 
 void SharpenByFourFifths(Byte* row, const Byte* diagonal, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i)
-    row[i] = Clamped(SharpenedByFourFifths<int, int>(row[i], diagonal[i]));
+    row[i] = Clamped(NearestFifth<int>(9 * row[i] - 4 * diagonal[i]));
 }
 
 void Blur(const Byte* upperLeft, Byte* row, const Byte* below, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i)
     row[i] = static_cast<Byte>(
-        Blurred<unsigned>(upperLeft[i], row[i], row[i + 3], below[i], below[i + 3]));
+        NearestFifth<int>(upperLeft[i] + row[i] + row[i + 3] + below[i] + below[i + 3]));
 }
 
 }  // namespace quillet::scalar

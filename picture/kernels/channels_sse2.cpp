@@ -21,8 +21,19 @@ struct Lanes {
   static void Store(Byte* to, Bytes bytes) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
   }
-  static Words Low(Bytes bytes) { return Words(_mm_unpacklo_epi8(bytes, _mm_setzero_si128())); }
-  static Words High(Bytes bytes) { return Words(_mm_unpackhi_epi8(bytes, _mm_setzero_si128())); }
+  static Words Widen(channels::LowHalf, Bytes c) {
+    return Words(_mm_unpacklo_epi8(c, _mm_setzero_si128()));
+  }
+  static Words Widen(channels::HighHalf, Bytes c) {
+    return Words(_mm_unpackhi_epi8(c, _mm_setzero_si128()));
+  }
+  template <typename Half>
+  static Words Weigh(Half half, Bytes a, int v, Bytes b, int w) {
+    return Widen(half, a) * static_cast<short>(v) + Widen(half, b) * static_cast<short>(w);
+  }
+  static void Prefetch(std::uintptr_t address) {
+    _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
+  }
   template <typename AnyWords>
   static Bytes Narrow(AnyWords low, AnyWords high) {
     return _mm_packus_epi16(__m128i(low), __m128i(high));

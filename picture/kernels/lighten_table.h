@@ -18,10 +18,14 @@ class LightenTable {
   const ChannelRange& At(int largest, int smallest) const {
     return m_ranges[static_cast<std::size_t>(largest * (largest + 1) / 2 + smallest)];
   }
-  // All of them, in that order.
+  // All of them, by the index largest x (largest + 1) / 2 + smallest.
   const ChannelRange* Data() const { return m_ranges.data(); }
 
+  // A channel from 0 to 1, rounded to a float.
+  double Fraction(int channel) const { return m_fractions[static_cast<std::size_t>(channel)]; }
+
  private:
+  std::array<double, 256> m_fractions;
   std::array<ChannelRange, 256 * 257 / 2> m_ranges;
 };
 // Vector code reads the two as a pair.

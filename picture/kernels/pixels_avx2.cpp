@@ -5,7 +5,8 @@
 #include <immintrin.h>
 
 // 32 pixels at a time, taken apart into their channels: a vector of blue bytes, one of green and
-// one of red, the first 16 pixels in the lower half and the others in the upper one.
+// one of red, the first 16 pixels in the lower half and the others in the upper one. Pixel p is at
+// place 3 p mod 16 of its half, where it costs least to bring it.
 namespace quillet::avx2 {
 namespace {
 
@@ -32,8 +33,8 @@ Planes LoadPlanes(const Byte* from) {
   const __m256i a = LoadHalves(from, from + 48);
   const __m256i b = LoadHalves(from + 16, from + 64);
   const __m256i c = LoadHalves(from + 32, from + 80);
-  // Places whose number leaves 1, or 2, when divided by 3. A channel has its bytes in different
-  // places of the three vectors, so that they fit into one; then they are put in order.
+  // Places whose number leaves 1, or 2, when divided by 3. A channel has its bytes at different
+  // places of the three vectors, so that they fit into one.
   const __m256i ones =
       BothHalves(_mm_setr_epi8(0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0));
   const __m256i twos =
@@ -41,24 +42,20 @@ Planes LoadPlanes(const Byte* from) {
   const auto join = [&](__m256i atZero, __m256i atOne, __m256i atTwo) {
     return _mm256_blendv_epi8(_mm256_blendv_epi8(atZero, atOne, ones), atTwo, twos);
   };
-  const __m256i orderBlue =
-      BothHalves(_mm_setr_epi8(0, 3, 6, 9, 12, 15, 2, 5, 8, 11, 14, 1, 4, 7, 10, 13));
-  const __m256i orderGreen =
-      BothHalves(_mm_setr_epi8(1, 4, 7, 10, 13, 0, 3, 6, 9, 12, 15, 2, 5, 8, 11, 14));
-  const __m256i orderRed =
-      BothHalves(_mm_setr_epi8(2, 5, 8, 11, 14, 1, 4, 7, 10, 13, 0, 3, 6, 9, 12, 15));
-  return {_mm256_shuffle_epi8(join(a, c, b), orderBlue),
-          _mm256_shuffle_epi8(join(b, a, c), orderGreen),
-          _mm256_shuffle_epi8(join(c, b, a), orderRed)};
+  const __m256i blue = join(a, c, b);
+  const __m256i green = join(b, a, c);
+  const __m256i red = join(c, b, a);
+  return {blue, _mm256_alignr_epi8(green, green, 1), _mm256_alignr_epi8(red, red, 2)};
 }
 
 // 32 pixels whose channels are equal.
 void StoreGray(Byte* to, __m256i gray) {
-  const __m256i first = BothHalves(_mm_setr_epi8(0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5));
+  const __m256i first =
+      BothHalves(_mm_setr_epi8(0, 0, 0, 3, 3, 3, 6, 6, 6, 9, 9, 9, 12, 12, 12, 15));
   const __m256i second =
-      BothHalves(_mm_setr_epi8(5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 9, 10, 10));
+      BothHalves(_mm_setr_epi8(15, 15, 2, 2, 2, 5, 5, 5, 8, 8, 8, 11, 11, 11, 14, 14));
   const __m256i third =
-      BothHalves(_mm_setr_epi8(10, 11, 11, 11, 12, 12, 12, 13, 13, 13, 14, 14, 14, 15, 15, 15));
+      BothHalves(_mm_setr_epi8(14, 1, 1, 1, 4, 4, 4, 7, 7, 7, 10, 10, 10, 13, 13, 13));
   StoreHalves(to, to + 48, _mm256_shuffle_epi8(gray, first));
   StoreHalves(to + 16, to + 64, _mm256_shuffle_epi8(gray, second));
   StoreHalves(to + 32, to + 80, _mm256_shuffle_epi8(gray, third));
@@ -69,25 +66,26 @@ __m256i Weights(int even, int odd) {
   return _mm256_set1_epi16(static_cast<short>(odd << 8 | even));
 }
 
-// eighths x 8 / 1000, exact for up to 32767 eighths.
-__m256i ThousandthOfEighths(__m256i eighths) {
-  return _mm256_srli_epi16(
-      _mm256_mulhi_epu16(eighths, _mm256_set1_epi16(static_cast<short>(33555))), 6);
+__m256i TimesHigh(__m256i words, int factor) {
+  return _mm256_mulhi_epu16(words, _mm256_set1_epi16(static_cast<short>(factor)));
 }
 
-// The grey values of 16 pixels, given as pairs (blue, green) and (red, 1). The sum of up to 255499
-// does not fit into 16 bits: `eighths` and `rest` are it, as 8 x eighths + rest.
+// The grey values of 16 pixels, given as pairs (blue, green) and (red, 1): (sum + 499 + odd) /
+// 1000, where `odd` is the last bit of (sum + 499) / 1000. Of sum + 499, which does not fit into 16
+// bits, `eighths` and an eighth of `rest` are the eighth part; `rest` comes 8 times as large.
 __m256i GrayOf(__m256i blueGreen, __m256i redOne) {
   // 71 = 8 x 8 + 7, 707 = 8 x 88 + 3, 222 = 8 x 27 + 6, 499 = 8 x 62 + 3.
   const __m256i eighths = _mm256_add_epi16(_mm256_maddubs_epi16(blueGreen, Weights(8, 88)),
                                            _mm256_maddubs_epi16(redOne, Weights(27, 62)));
-  const __m256i rest = _mm256_add_epi16(_mm256_maddubs_epi16(blueGreen, Weights(7, 3)),
-                                        _mm256_maddubs_epi16(redOne, Weights(6, 3)));
-  const __m256i halvesDown =
-      ThousandthOfEighths(_mm256_add_epi16(eighths, _mm256_srli_epi16(rest, 3)));
-  const __m256i isOdd = _mm256_and_si256(halvesDown, _mm256_set1_epi16(1));
-  return ThousandthOfEighths(
-      _mm256_add_epi16(eighths, _mm256_srli_epi16(_mm256_add_epi16(rest, isOdd), 3)));
+  const __m256i rest = _mm256_add_epi16(_mm256_maddubs_epi16(blueGreen, Weights(8 * 7, 8 * 3)),
+                                        _mm256_maddubs_epi16(redOne, Weights(8 * 6, 8 * 3)));
+  // `odd` matters only half-way between k and k + 1. There eighths / 125 is from k + 0.48 to
+  // k + 0.992, so that it alone gives k. 4194 is 2^19 / 125: the last bit of k is bit 3.
+  const __m256i eightTimesOdd = _mm256_and_si256(TimesHigh(eighths, 4194), _mm256_set1_epi16(8));
+  const __m256i all =
+      _mm256_add_epi16(eighths, _mm256_srli_epi16(_mm256_add_epi16(rest, eightTimesOdd), 6));
+  // 33555 is 2^22 / 125, rounded up: exact up to 59000.
+  return _mm256_srli_epi16(TimesHigh(all, 33555), 6);
 }
 
 }  // namespace

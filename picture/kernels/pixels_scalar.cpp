@@ -1,5 +1,7 @@
 // The kernels that look at a pixel as a whole.
 
+#include <algorithm>
+
 #include "base/rounding.h"
 #include "picture/kernels/arithmetic.h"
 #include "picture/kernels/lighten_table.h"
@@ -12,48 +14,38 @@ void SetAll(Byte* pixel, int value) {
   pixel[0] = pixel[1] = pixel[2] = static_cast<Byte>(value);
 }
 
-// The places of a pixel's channels by size. Of equal channels, red goes before green, green before
-// blue.
-struct Order {
-  int largest, middle, smallest;
-};
-
-Order OrderOf(const Byte* pixel) {
-  int largest = 2;
-  if (pixel[1] > pixel[largest]) largest = 1;
-  if (pixel[0] > pixel[largest]) largest = 0;
-  int middle = largest == 2 ? 1 : 2;
-  int smallest = 3 - largest - middle;
-  if (pixel[smallest] > pixel[middle]) return {largest, smallest, middle};
-  return {largest, middle, smallest};
-}
-
-// Where the middle channel lies between the smallest (0) and the largest (1), as the hue says it: a
-// float counted from red at 0, green at 2 or blue at 4, so that a distance from green or blue has
-// fewer digits.
-double PlaceBetween(const Byte* pixel, const Order& order) {
-  const auto fraction = [&](int channel) {
-    return double{static_cast<Single>(pixel[channel] * kChannelUnit)};
-  };
-  const double place = (fraction(order.middle) - fraction(order.smallest)) /
-                       (fraction(order.largest) - fraction(order.smallest));
-  const double center = 2.0 * (2 - order.largest);
-  // The channel that follows the largest in the circle red, green, blue makes the hue larger.
-  const bool rises = order.middle == (order.largest + 2) % 3;
-  const auto hue = static_cast<Single>(rises ? center + place : center - place);
-  return rises ? hue - center : center - hue;
-}
-
+// Without branches where the outcome is anyone's guess.
 void LightenPixel(Byte* pixel, const LightenTable& table) {
-  const Order order = OrderOf(pixel);
-  const ChannelRange range = table.At(pixel[order.largest], pixel[order.smallest]);
+  const int blue = pixel[0], green = pixel[1], red = pixel[2];
+  const int largest = std::max({blue, green, red});
+  const int smallest = std::min({blue, green, red});
+  const ChannelRange range = table.At(largest, smallest);
   const double low = range.smallest;
   const double high = range.largest;
-  if (pixel[order.largest] == pixel[order.smallest]) return SetAll(pixel, NearestByte(low * 255));
-  const double middle = low + (high - low) * PlaceBetween(pixel, order);
-  pixel[order.largest] = NearestByte(high * 255);
-  pixel[order.middle] = NearestByte(middle * 255);
-  pixel[order.smallest] = NearestByte(low * 255);
+  if (largest == smallest) return SetAll(pixel, NearestByte(low * 255));
+
+  // Where the middle channel lies between the two, 0 to 1. The hue says it: a float counted from
+  // the largest channel's place on the circle, red 0, green 2 or blue 4, upwards or downwards.
+  // Counting both ways round alike, the place has a minus for downwards.
+  const int middle = blue + green + red - largest - smallest;
+  const double lowest = table.Fraction(smallest);
+  const double exactPlace = (table.Fraction(middle) - lowest) / (table.Fraction(largest) - lowest);
+  const int fromGreen = blue > red ? 2 : -2;
+  const int fromBlue = red > green ? 4 : -4;
+  const double center = red == largest ? 0 : green == largest ? fromGreen : fromBlue;
+  const double place = static_cast<Single>(center + exactPlace) - center;
+
+  const Byte newLargest = NearestByte(high * 255);
+  const Byte newSmallest = NearestByte(low * 255);
+  const Byte newMiddle = NearestByte((low + (high - low) * place) * 255);
+  // Equal channels stay equal, so which of them counts as the largest does not matter.
+  const auto lightened = [&](int channel) {
+    const Byte other = channel == smallest ? newSmallest : newMiddle;
+    return channel == largest ? newLargest : other;
+  };
+  pixel[0] = lightened(blue);
+  pixel[1] = lightened(green);
+  pixel[2] = lightened(red);
 }
 
 }  // namespace
