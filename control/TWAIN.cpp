@@ -33,6 +33,7 @@ void TWAIN::UserControl_Initialize() {
                                        [this](Integer percent) { PIC24_Progress(percent); });
   m_Twain = std::make_unique<cTwain>(m_platform);
   m_GDI = std::make_unique<cGDI>(m_platform);
+  m_Dialog = std::make_unique<cDialog>(m_platform);
 }
 
 void TWAIN::UserControl_Terminate() {
@@ -41,6 +42,7 @@ void TWAIN::UserControl_Terminate() {
   PIC24.reset();
   m_Twain.reset();
   m_GDI.reset();
+  m_Dialog.reset();
 }
 
 void TWAIN::InitProperties() {

@@ -9,6 +9,7 @@
 #include "control/event_source.h"
 #include "control/layout_nest.h"
 #include "control/surface_door.h"
+#include "imagefile/cDialog.h"
 #include "imagefile/cGDI.h"
 #include "picture/cPicture24.h"
 #include "platform/contracts/platform.h"
@@ -85,6 +86,14 @@ class TWAIN : public std::enable_shared_from_this<TWAIN> {
   // The scanner.
   void Scan(std::string& Title);
   void SelectSource(std::string& Title);
+
+  // Files. Save and SaveAdd answer a status, 0 for success; Load leaves no picture when it fails.
+  Long Save();
+  Long SaveAdd(std::string& filename);
+  void Load();
+  void ShowSave(std::string& sFilter, std::string& sTitle, std::string& sInitDir);
+  void ShowSaveAdd(std::string& sTitle, std::string& sInitDir);
+  void ShowLoad(std::string& sFilter, std::string& sTitle, std::string& sInitDir);
 
   // The view.
   void Refresh();
@@ -177,6 +186,7 @@ class TWAIN : public std::enable_shared_from_this<TWAIN> {
   PictureRef m_DisplayPicture;
   std::unique_ptr<cTwain> m_Twain;
   std::unique_ptr<cGDI> m_GDI;
+  std::unique_ptr<cDialog> m_Dialog;
   std::unique_ptr<cPicture24> PIC24;
 };
 

@@ -149,19 +149,19 @@ constexpr std::array kMembers = {
                            "Resize the bitmap to the current view size.", kIType),
     MemberRow<&TWAIN::Zoom>(0x60030029, "Zoom", Access::Method,
                             "Increases or decreases the zoom of the bitmap.", kIFactory),
-    Unavailable<Method<Long>>(0x6003002A, "Save", "Save the current images in to a file."),
-    Unavailable<Method<Long, std::string&>>(
-        0x6003002B, "SaveAdd", "Additing current image to existing image file (TIFF format)",
-        kFileName),
-    Unavailable<Method<void>>(0x6003002C, "Load", "Load one images from a file."),
-    Unavailable<Method<void, std::string&, std::string&, std::string&>>(
-        0x6003002D, "ShowSave", "Save current bitmap in to file with standard dialog interface.",
-        kSaveOrLoadDialog),
-    Unavailable<Method<void, std::string&, std::string&>>(0x6003002E, "ShowSaveAdd", nullptr,
-                                                          kAddDialog),
-    Unavailable<Method<void, std::string&, std::string&, std::string&>>(
-        0x6003002F, "ShowLoad", "Select a file to load with standard dialog interface.",
-        kSaveOrLoadDialog),
+    MemberRow<&TWAIN::Save>(0x6003002A, "Save", Access::Method,
+                            "Save the current images in to a file."),
+    MemberRow<&TWAIN::SaveAdd>(0x6003002B, "SaveAdd", Access::Method,
+                               "Additing current image to existing image file (TIFF format)",
+                               kFileName),
+    MemberRow<&TWAIN::Load>(0x6003002C, "Load", Access::Method, "Load one images from a file."),
+    MemberRow<&TWAIN::ShowSave>(0x6003002D, "ShowSave", Access::Method,
+                                "Save current bitmap in to file with standard dialog interface.",
+                                kSaveOrLoadDialog),
+    MemberRow<&TWAIN::ShowSaveAdd>(0x6003002E, "ShowSaveAdd", Access::Method, nullptr, kAddDialog),
+    MemberRow<&TWAIN::ShowLoad>(0x6003002F, "ShowLoad", Access::Method,
+                                "Select a file to load with standard dialog interface.",
+                                kSaveOrLoadDialog),
 };
 static_assert(kMembers.size() == 65);
 

@@ -58,7 +58,9 @@ int RunSteps(const CommandLine& commandLine, std::ostream& out, std::ostream& er
                 contracts.memory,
                 contracts.messages,
                 commandLine.trace ? static_cast<SourceManager&>(tracing) : faulty,
-                contracts.files};
+                contracts.files,
+                contracts.codecs,
+                contracts.dialogs};
   int status = Runner(seen, stage->OpenWindow(commandLine.view.width, commandLine.view.height),
                       commandLine, out, err)
                    .Run();

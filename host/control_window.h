@@ -46,6 +46,11 @@ class ControlWindow {
   // a word they cancel.
   virtual void WillChooseSource(const std::string& name) = 0;
   virtual void WillPressScan(bool scan) = 0;
+  // What the person will type into the next file dialog (or into the same one when it stays open)
+  // and answer to the question that it may then ask; or that they will cancel it, as they do
+  // without a word.
+  virtual void WillTypeFileName(const std::string& fileName, bool yes) = 0;
+  virtual void WillCancelFileDialog() = 0;
 
   // Lets the window do what waits for the host's message loop: paint what needs it.
   virtual void Idle() = 0;

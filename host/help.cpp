@@ -41,6 +41,11 @@ What the host and the user do (points and sizes in pixels of the control's insid
   @choose:NAME                picks that source in the next source chooser (SelectSource)
   @source:scan|cancel         presses that button in the next dialog of a source (Scan with
                               ShowInterface=True)
+  @answer:PATH                types that name into the next file dialog (ShowSave, ShowSaveAdd,
+                              ShowLoad) and answers yes when it asks whether to replace or create
+                              the file; a relative name counts from the dialog's folder
+  @answer-no:PATH             answers no: the dialog stays open, for a further @answer or cancelled
+  @cancel                     cancels the next file dialog
 
 Options
   --view WxH        inside size without scroll bars, in pixels (800x600)
@@ -72,6 +77,8 @@ Exit status
 Examples
   quillet Picture=page.bmp Rotate Fit:twFITWIDTH @snapshot:page.png
   quillet Resolution=150 Scan Fit:twFITINTO @snapshot:page.png
+  quillet FileType=twPNG filename=page.png Scan Save
+  quillet Scan @answer:page.jpg "ShowSave:Images|*.jpg"
   quillet --trace ShowInterface=True @source:scan Scan
   quillet --view 320x200 Picture=page.bmp @scroll:v,120 @layout @snapshot:view.png
   quillet --events --on Click=Flip Picture=page.bmp @mouse:click,10,10

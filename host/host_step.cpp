@@ -123,6 +123,23 @@ Step::Action PressNext(Fields fields) {
   return PressSourceButton{Choose(fields[0], kSourceButtons)};
 }
 
+Step::Action AnswerNext(Fields fields, bool yes) {
+  if (fields[0].empty()) throw UsageError("the file's name is missing");
+  return TypeFileName{fields[0], yes};
+}
+
+Step::Action AnswerYes(Fields fields) {
+  return AnswerNext(fields, true);
+}
+
+Step::Action AnswerNo(Fields fields) {
+  return AnswerNext(fields, false);
+}
+
+Step::Action CancelNext(Fields) {
+  return CancelFileDialog{};
+}
+
 struct Verb {
   const char* name;
   const char* form;  // of its arguments
@@ -143,6 +160,9 @@ constexpr Verb kVerbs[] = {
     {"keep", ":NAME", 1, 1, true, Keep},
     {"choose", ":NAME", 1, 1, true, ChooseNext},
     {"source", ":scan|cancel", 1, 1, false, PressNext},
+    {"answer", ":PATH", 1, 1, true, AnswerYes},
+    {"answer-no", ":PATH", 1, 1, true, AnswerNo},
+    {"cancel", "", 0, 0, false, CancelNext},
 };
 
 const Verb& FindVerb(std::string_view name) {

@@ -93,6 +93,14 @@ void PortableWindow::WillPressScan(bool scan) {
   m_platform.User().WillPressScan(scan);
 }
 
+void PortableWindow::WillTypeFileName(const std::string& fileName, bool yes) {
+  m_platform.User().WillType({fileName, yes});
+}
+
+void PortableWindow::WillCancelFileDialog() {
+  m_platform.User().WillCancelFileDialog();
+}
+
 void PortableWindow::Idle() {
   m_surface->Idle();
 }

@@ -29,6 +29,8 @@ class PortableWindow : public ControlWindow {
   void ClickPage(Bar bar, bool forward) override;
   void WillChooseSource(const std::string& name) override;
   void WillPressScan(bool scan) override;
+  void WillTypeFileName(const std::string& fileName, bool yes) override;
+  void WillCancelFileDialog() override;
   void Idle() override;
   Snapshot Capture() override;
   Place BoxPlace() const override;

@@ -62,6 +62,10 @@ struct Runner::Perform {
   void operator()(const KeepPicture& keep) const { session().KeepPicture(keep.name); }
   void operator()(const ChooseSource& choose) const { window().WillChooseSource(choose.name); }
   void operator()(const PressSourceButton& button) const { window().WillPressScan(button.scan); }
+  void operator()(const TypeFileName& answer) const {
+    window().WillTypeFileName(answer.fileName, answer.yes);
+  }
+  void operator()(const CancelFileDialog&) const { window().WillCancelFileDialog(); }
 };
 
 Runner::Runner(Platform& platform, std::unique_ptr<ControlWindow> window,

@@ -62,11 +62,18 @@ struct ChooseSource {
 struct PressSourceButton {
   bool scan;  // else Cancel
 };
+// What the user will do in the next file dialog.
+struct TypeFileName {
+  std::string fileName;
+  bool yes;  // to the question that may follow
+};
+struct CancelFileDialog {};
 
 struct Step {
-  using Action = std::variant<ReadProperty, WriteProperty, CallMethod, TakeSnapshot, ResizeControl,
-                              DragThumb, ClickArrow, ClickPage, UseMouse, PressKey, ReportLayout,
-                              KeepPicture, ChooseSource, PressSourceButton>;
+  using Action =
+      std::variant<ReadProperty, WriteProperty, CallMethod, TakeSnapshot, ResizeControl, DragThumb,
+                   ClickArrow, ClickPage, UseMouse, PressKey, ReportLayout, KeepPicture,
+                   ChooseSource, PressSourceButton, TypeFileName, CancelFileDialog>;
 
   std::string text;  // as it was given, for messages
   Action action;

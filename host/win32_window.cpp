@@ -30,7 +30,7 @@ bool IsUserInput(UINT message) {
 }
 
 void PumpMessages() {
-  MSG message;
+  ::MSG message;
   while (::PeekMessageW(&message, nullptr, 0, 0,
                         PM_REMOVE | PM_QS_INPUT | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE))
     if (!IsUserInput(message.message)) ::DispatchMessageW(&message);
@@ -39,7 +39,7 @@ void PumpMessages() {
 ControlWindow::Place PlaceOf(HWND window, const TwipScale& scale) {
   RECT place{};
   ::GetWindowRect(window, &place);
-  ::MapWindowPoints(nullptr, ::GetParent(window), reinterpret_cast<POINT*>(&place), 2);
+  ::MapWindowPoints(nullptr, ::GetParent(window), reinterpret_cast<::POINT*>(&place), 2);
   return {.left = scale.Wide(place.left),
           .top = scale.High(place.top),
           .width = scale.Wide(place.right - place.left),
@@ -115,7 +115,7 @@ void Win32Window::Mouse(MouseAction action, int x, int y, Integer button, Intege
   const bool known = action == MouseAction::Move ? button >= 0 && button <= 7
                                                  : button == 1 || button == 2 || button == 4;
   if (!known) throw RunTimeError(ErrorNumber::InvalidProcedureCall, "not a mouse button");
-  const POINT at{ToInteger(x), ToInteger(y)};
+  const ::POINT at{ToInteger(x), ToInteger(y)};
   // A handler may close this window; the surface hears the rest and drops it.
   const auto hand = m_hand;
   switch (action) {
@@ -175,6 +175,24 @@ ControlWindow::Place Win32Window::BarPlace(Bar bar) const {
   place.max = scrollBar.Max();
   place.value = scrollBar.Value();
   return place;
+}
+
+// Choosers and dialogs are the system's own here: a person answers them.
+
+void Win32Window::WillChooseSource(const std::string&) {
+  throw RunTimeError(ErrorNumber::ActionNotSupported, "a person chooses here");
+}
+
+void Win32Window::WillPressScan(bool) {
+  throw RunTimeError(ErrorNumber::ActionNotSupported, "a person answers here");
+}
+
+void Win32Window::WillTypeFileName(const std::string&, bool) {
+  throw RunTimeError(ErrorNumber::ActionNotSupported, "a person answers here");
+}
+
+void Win32Window::WillCancelFileDialog() {
+  throw RunTimeError(ErrorNumber::ActionNotSupported, "a person answers here");
 }
 
 }  // namespace quillet

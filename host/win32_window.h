@@ -32,6 +32,10 @@ class Win32Window : public ControlWindow {
   void DragThumb(Bar bar, Integer value) override;
   void ClickArrow(Bar bar, bool forward) override;
   void ClickPage(Bar bar, bool forward) override;
+  void WillChooseSource(const std::string& name) override;
+  void WillPressScan(bool scan) override;
+  void WillTypeFileName(const std::string& fileName, bool yes) override;
+  void WillCancelFileDialog() override;
   void Idle() override;
   // Read from the display; without pixels once the window is gone.
   Snapshot Capture() override;

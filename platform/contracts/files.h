@@ -23,6 +23,10 @@ class Files {
   // missing.
   virtual void WriteFile(const std::string& fileName,
                          std::span<const std::span<const Byte>> pieces) = 0;
+  // Copies a file's content over another, which is replaced when the copy is complete and stays as
+  // it was when that fails.
+  virtual void CopyFile(const std::string& source, const std::string& destination) = 0;
+  // Refused (70) for a file that may not be written.
   virtual void DeleteFile(const std::string& fileName) = 0;
 };
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/contracts/bitmap_services.h"
+#include "platform/contracts/codec_library.h"
+#include "platform/contracts/dialogs.h"
 #include "platform/contracts/files.h"
 #include "platform/contracts/global_memory.h"
 #include "platform/contracts/messages.h"
@@ -17,6 +19,8 @@ struct Platform {
   Messages& messages;
   SourceManager& sources;
   Files& files;
+  CodecLibrary& codecs;
+  Dialogs& dialogs;
 };
 
 }  // namespace quillet

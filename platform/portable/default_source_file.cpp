@@ -1,15 +1,13 @@
 #include "platform/portable/default_source_file.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <span>
 #include <system_error>
 #include <utility>
 
 #include "base/runtime_error.h"
-#include "platform/portable/portable_files.h"
+#include "platform/portable/replacing_file.h"
 
 namespace quillet {
 namespace {
@@ -43,19 +41,15 @@ std::string DefaultSourceFile::Read() const {
 
 void DefaultSourceFile::Write(const std::string& name) const {
   if (m_folder.empty()) return;
-  PortableFiles files;
-  std::string written;
   try {
     std::error_code ignored;
     std::filesystem::create_directories(m_folder, ignored);
-    written = files.GetTempFileNameA(m_folder, "new");
+    ReplacingFile file(m_folder + kFileName);
     const std::string line = name + "\n";
-    const std::span<const Byte> bytes(reinterpret_cast<const Byte*>(line.data()), line.size());
-    files.WriteFile(written, {&bytes, 1});
-    if (std::rename(written.c_str(), (m_folder + kFileName).c_str()) == 0) return;
+    file.Write({reinterpret_cast<const Byte*>(line.data()), line.size()});
+    file.Commit();
   } catch (const RunTimeError&) {
   }
-  if (!written.empty()) std::remove(written.c_str());
 }
 
 }  // namespace quillet

@@ -88,8 +88,7 @@ BitmapHandle PortableBitmaps::CopyImage(BitmapHandle bitmap, Long width, Long he
     if (width != dib.Width() || height != dib.Height()) {
       return AddBitmap(Stretch(dib, width, height, m_instructions, m_reserve));
     }
-    Dib copy = dib;
-    if (source->bitsExposed && !source->inPicture) copy.MakeWritable();
+    Dib copy = *CopyOf(bitmap);
     if (!ownSize) copy.ForgetResolution();  // as for every size asked for
     return AddBitmap(std::move(copy));
   });
@@ -248,6 +247,14 @@ BitmapHandle PortableBitmaps::AddIcon(IconImage icon) {
 const Dib* PortableBitmaps::FindBitmap(BitmapHandle bitmap) const {
   const auto found = m_bitmaps.find(bitmap);
   return found == m_bitmaps.end() ? nullptr : &found->second.dib;
+}
+
+std::optional<Dib> PortableBitmaps::CopyOf(BitmapHandle bitmap) const {
+  const auto found = m_bitmaps.find(bitmap);
+  if (found == m_bitmaps.end()) return std::nullopt;
+  Dib copy = found->second.dib;
+  if (found->second.bitsExposed && !found->second.inPicture) copy.MakeWritable();
+  return copy;
 }
 
 bool PortableBitmaps::GiveToPicture(BitmapHandle bitmap) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 
 #include "picture/kernels/kernels.h"
@@ -45,6 +46,8 @@ class PortableBitmaps : public BitmapServices {
   // What the handle names, null when it is stale or of another kind. Valid until the handle is
   // written to or released.
   const Dib* FindBitmap(BitmapHandle bitmap) const;
+  // A copy that stays as it is now; nothing for no bitmap. Throws std::bad_alloc.
+  std::optional<Dib> CopyOf(BitmapHandle bitmap) const;
 
   // The bitmap passes to a picture: it is not written any more and DeleteObject refuses it. False
   // for what is no bitmap, belongs to a picture already, or is a context's own.

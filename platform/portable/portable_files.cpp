@@ -6,59 +6,27 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <utility>
 #include <vector>
 
-#include "base/runtime_error.h"
+#include "platform/portable/file_errors.h"
+#include "platform/portable/replacing_file.h"
 
 namespace quillet {
 namespace {
 
 constexpr mode_t kOwnFile = 0666;  // less what the user's mask takes
 
-// Run-time error 76 when the folder that the name lies in is not there, else 53.
-ErrorNumber WhatIsMissing(const std::string& fileName) {
-  const std::size_t slash = fileName.rfind('/');
-  if (slash == std::string::npos) return ErrorNumber::FileNotFound;
-  struct stat folder;
-  const bool isFolder =
-      stat(fileName.substr(0, slash + 1).c_str(), &folder) == 0 && S_ISDIR(folder.st_mode);
-  return isFolder ? ErrorNumber::FileNotFound : ErrorNumber::PathNotFound;
-}
-
-[[noreturn]] void Throw(const std::string& fileName, int error) {
-  switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-      throw RunTimeError(WhatIsMissing(fileName), fileName);
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      throw RunTimeError(ErrorNumber::DiskFull, fileName);
-    case EACCES:
-    case EPERM:
-    case EROFS:
-      throw RunTimeError(ErrorNumber::PermissionDenied, fileName);
-    default:
-      throw RunTimeError(ErrorNumber::PathFileAccess, fileName);
-  }
-}
-
-// A name that the system would see cut short names no file.
-void RequireWhole(const std::string& fileName) {
-  if (fileName.empty() || fileName.find('\0') != std::string::npos)
-    throw RunTimeError(ErrorNumber::PathFileAccess);
-}
-
 class OpenFile {
  public:
   OpenFile(const std::string& fileName, int flags) : m_name(fileName) {
-    RequireWhole(fileName);
+    RequireFileName(fileName);
     do m_file = open(fileName.c_str(), flags | O_CLOEXEC, kOwnFile);
     while (m_file < 0 && errno == EINTR);
-    if (m_file < 0) Throw(m_name, errno);
+    if (m_file < 0) ThrowFileError(m_name, errno);
   }
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
@@ -71,13 +39,22 @@ class OpenFile {
     for (;;) {
       const ssize_t written = writev(m_file, pieces.data(), static_cast<int>(pieces.size()));
       if (written >= 0) return static_cast<std::size_t>(written);
-      if (errno != EINTR) Throw(m_name, errno);
+      if (errno != EINTR) ThrowFileError(m_name, errno);
+    }
+  }
+
+  // 0 at the end of the file.
+  std::size_t Read(std::span<Byte> bytes) const {
+    for (;;) {
+      const ssize_t length = read(m_file, bytes.data(), bytes.size());
+      if (length >= 0) return static_cast<std::size_t>(length);
+      if (errno != EINTR) ThrowFileError(m_name, errno);
     }
   }
 
   // Some systems find only now that there is no room.
   void Close() {
-    if (close(std::exchange(m_file, -1)) != 0 && errno != EINTR) Throw(m_name, errno);
+    if (close(std::exchange(m_file, -1)) != 0 && errno != EINTR) ThrowFileError(m_name, errno);
   }
 
  private:
@@ -98,9 +75,9 @@ std::string PortableFiles::GetTempFileNameA(const std::string& folder, const std
   std::string name = folder;
   if (!name.empty() && !name.ends_with('/')) name += '/';
   name += prefix + "XXXXXX";
-  RequireWhole(name);
+  RequireFileName(name);
   const int file = mkostemp(name.data(), O_CLOEXEC);
-  if (file < 0) Throw(name, errno);
+  if (file < 0) ThrowFileError(name, errno);
   close(file);
   return name;
 }
@@ -124,14 +101,25 @@ void PortableFiles::WriteFile(const std::string& fileName,
   file.Close();
 }
 
+void PortableFiles::CopyFile(const std::string& source, const std::string& destination) {
+  const OpenFile from(source, O_RDONLY);
+  ReplacingFile to(destination);
+  std::array<Byte, 64 * 1024> buffer;
+  while (const std::size_t length = from.Read(buffer)) to.Write(std::span(buffer).first(length));
+  to.Commit();
+}
+
 void PortableFiles::DeleteFile(const std::string& fileName) {
-  RequireWhole(fileName);
-  if (unlink(fileName.c_str()) == 0) return;
-  // Systems disagree on what unlinking a folder is.
-  const int error = errno;
+  RequireFileName(fileName);
+  constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
   struct stat status;
-  if (stat(fileName.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) Throw(fileName, EISDIR);
-  Throw(fileName, error);
+  if (lstat(fileName.c_str(), &status) != 0) ThrowFileError(fileName, errno);
+  // Systems disagree on what unlinking a folder is, and let read-only files go.
+  if (S_ISDIR(status.st_mode)) ThrowFileError(fileName, EISDIR);
+  if (!S_ISLNK(status.st_mode) && ((status.st_mode & kAnyWrite) == 0 ||
+                                   faccessat(AT_FDCWD, fileName.c_str(), W_OK, AT_EACCESS) != 0))
+    ThrowFileError(fileName, EACCES);
+  if (unlink(fileName.c_str()) != 0) ThrowFileError(fileName, errno);
 }
 
 }  // namespace quillet

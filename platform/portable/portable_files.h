@@ -7,7 +7,7 @@
 
 namespace quillet {
 
-// Files of a POSIX system. Nothing is forced to the disk: what is written here is read back and
+// Files of a POSIX system. What WriteFile writes is not forced to the disk: it is read back and
 // deleted.
 class PortableFiles : public Files {
  public:
@@ -16,6 +16,7 @@ class PortableFiles : public Files {
   std::string GetTempFileNameA(const std::string& folder, const std::string& prefix) override;
   void WriteFile(const std::string& fileName,
                  std::span<const std::span<const Byte>> pieces) override;
+  void CopyFile(const std::string& source, const std::string& destination) override;
   void DeleteFile(const std::string& fileName) override;
 };
 

@@ -2,6 +2,8 @@
 
 #include "base/runtime_error.h"
 #include "platform/portable/portable_bitmaps.h"
+#include "platform/portable/portable_codecs.h"
+#include "platform/portable/portable_dialogs.h"
 #include "platform/portable/portable_files.h"
 #include "platform/portable/portable_memory.h"
 #include "platform/portable/portable_messages.h"
@@ -21,7 +23,10 @@ PortablePlatform::PortablePlatform(const std::string& stateFolder, InstructionSe
       m_sources(std::make_unique<PortableSourceManager>(*m_memory, *m_messages, *m_user,
                                                         DefaultSourceFile(stateFolder))),
       m_files(std::make_unique<PortableFiles>()),
-      m_contracts{*m_bitmaps, *m_pictures, *m_memory, *m_messages, *m_sources, *m_files} {}
+      m_codecs(std::make_unique<PortableCodecs>(m_bitmaps)),
+      m_dialogs(std::make_unique<PortableDialogs>(*m_messages, *m_user)),
+      m_contracts{*m_bitmaps, *m_pictures, *m_memory, *m_messages,
+                  *m_sources, *m_files,    *m_codecs, *m_dialogs} {}
 
 PortablePlatform::~PortablePlatform() = default;
 

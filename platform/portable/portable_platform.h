@@ -10,6 +10,8 @@
 namespace quillet {
 
 class PortableBitmaps;
+class PortableCodecs;
+class PortableDialogs;
 class PortableFiles;
 class PortableMemory;
 class PortableMessages;
@@ -58,6 +60,8 @@ class PortablePlatform {
   std::unique_ptr<SimulatedUser> m_user;
   std::unique_ptr<PortableSourceManager> m_sources;
   std::unique_ptr<PortableFiles> m_files;
+  std::unique_ptr<PortableCodecs> m_codecs;
+  std::unique_ptr<PortableDialogs> m_dialogs;
   Platform m_contracts;
 };
 

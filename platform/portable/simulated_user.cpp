@@ -15,6 +15,14 @@ void SimulatedUser::WillPressScan(bool scan) {
   m_presses.push_back(scan);
 }
 
+void SimulatedUser::WillType(FileAnswer answer) {
+  m_fileAnswers.emplace_back(std::move(answer));
+}
+
+void SimulatedUser::WillCancelFileDialog() {
+  m_fileAnswers.emplace_back();
+}
+
 std::optional<std::string> SimulatedUser::Choose(const std::vector<std::string>& names) {
   if (m_choices.empty()) return std::nullopt;
   const std::string choice = std::move(m_choices.front());
@@ -30,6 +38,13 @@ bool SimulatedUser::PressesScan() {
   const bool scan = m_presses.front();
   m_presses.pop_front();
   return scan;
+}
+
+std::optional<FileAnswer> SimulatedUser::TypeFileName() {
+  if (m_fileAnswers.empty()) return std::nullopt;
+  std::optional<FileAnswer> answer = std::move(m_fileAnswers.front());
+  m_fileAnswers.pop_front();
+  return answer;
 }
 
 }  // namespace quillet

@@ -87,6 +87,22 @@ void Win32Files::WriteFile(const std::string& fileName,
   }
 }
 
+void Win32Files::CopyFile(const std::string& source, const std::string& destination) {
+  const std::wstring target = Utf16(destination);
+  const DWORD attributes = ::GetFileAttributesW(target.c_str());
+  const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
+  if (isThere && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0)
+    throw RunTimeError(ErrorNumber::PermissionDenied, destination);
+  const std::wstring beside = target + L".quillet-new";
+  if (::CopyFileW(Utf16(source).c_str(), beside.c_str(), FALSE) &&
+      ::MoveFileExW(beside.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING))
+    return;
+  const DWORD error = ::GetLastError();
+  ::DeleteFileW(beside.c_str());
+  ::SetLastError(error);
+  Fail(destination);
+}
+
 void Win32Files::DeleteFile(const std::string& fileName) {
   if (!::DeleteFileW(Utf16(fileName).c_str())) Fail(fileName);
 }

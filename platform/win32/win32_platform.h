@@ -5,6 +5,8 @@
 #include "platform/contracts/census.h"
 #include "platform/contracts/platform.h"
 #include "platform/win32/win32_bitmaps.h"
+#include "platform/win32/win32_codecs.h"
+#include "platform/win32/win32_dialogs.h"
 #include "platform/win32/win32_files.h"
 #include "platform/win32/win32_memory.h"
 #include "platform/win32/win32_messages.h"
@@ -51,7 +53,10 @@ class Win32Platform {
   Win32Messages m_messages;
   Win32SourceManager m_sources;
   Win32Files m_files;
-  Platform m_contracts{m_bitmaps, m_pictures, m_memory, m_messages, m_sources, m_files};
+  Win32Codecs m_codecs;
+  Win32Dialogs m_dialogs;
+  Platform m_contracts{m_bitmaps, m_pictures, m_memory, m_messages,
+                       m_sources, m_files,    m_codecs, m_dialogs};
 };
 
 }  // namespace quillet

@@ -71,6 +71,47 @@ TEST_F(FilesContract, PiecesBecomeTheWholeContent) {
   EXPECT_EQ(Content(name), "");
 }
 
+TEST_F(FilesContract, ACopyReplacesTheOtherFile) {
+  const std::string source = m_folder.Path("source");
+  const std::string target = m_folder.Path("t\u00E4rget");
+  const std::string large(3'000'001, 'x');
+  Write(source, {large});
+  files.CopyFile(source, target);
+  EXPECT_EQ(Content(target), large);
+  Write(source, {"short"});
+  files.CopyFile(source, target);
+  EXPECT_EQ(Content(target), "short");
+  EXPECT_EQ(Content(source), "short");
+}
+
+TEST_F(FilesContract, AFailedCopyLeavesTheOldFileAndNothingElse) {
+  const std::string source = m_folder.Path("source");
+  const std::string target = m_folder.Path("target");
+  const std::string folder = m_folder.Path("folder");
+  Write(source, {"new"});
+  Write(target, {"old"});
+  std::filesystem::create_directory(folder);
+  EXPECT_EQ(ErrorOf([&] { files.CopyFile(m_folder.Path("none"), target); }), FileNotFound);
+  EXPECT_EQ(ErrorOf([&] { files.CopyFile(m_folder.Path("none/file"), target); }), PathNotFound);
+  EXPECT_EQ(ErrorOf([&] { files.CopyFile(folder, target); }), PathFileAccess);
+  EXPECT_EQ(ErrorOf([&] { files.CopyFile(source, folder); }), PathFileAccess);
+  EXPECT_EQ(ErrorOf([&] { files.CopyFile(source, m_folder.Path("none/file")); }), PathNotFound);
+  EXPECT_EQ(ErrorOf([&] { files.CopyFile(source, source + "/below"); }), PathNotFound);
+  EXPECT_EQ(ErrorOf([&] { files.CopyFile(source, ""); }), PathFileAccess);
+  EXPECT_EQ(ErrorOf([&] { files.CopyFile("", target); }), PathFileAccess);
+  using std::filesystem::perms;
+  const perms readOnly = perms::owner_read | perms::group_read;
+  std::filesystem::permissions(target, readOnly);
+  EXPECT_EQ(ErrorOf([&] { files.CopyFile(source, target); }), PermissionDenied);
+  EXPECT_EQ(ErrorOf([&] { files.DeleteFile(target); }), PermissionDenied);
+  EXPECT_EQ(Content(target), "old");
+  EXPECT_EQ(std::filesystem::status(target).permissions(), readOnly);
+  std::ptrdiff_t entries = 0;
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(m_folder.Path("")))
+    ++entries;
+  EXPECT_EQ(entries, 3);
+}
+
 TEST_F(FilesContract, ErrorsCarryTheirNumbers) {
   const std::string file = m_folder.Path("file");
   Write(file, {"x"});

@@ -55,6 +55,10 @@ struct Meaning {
   std::string operator()(const PressSourceButton& button) const {
     return button.scan ? "press Scan" : "press Cancel";
   }
+  std::string operator()(const TypeFileName& answer) const {
+    return "type [" + answer.fileName + "] " + (answer.yes ? "yes" : "no");
+  }
+  std::string operator()(const CancelFileDialog&) const { return "cancel"; }
 };
 
 TEST(Step, MeansWhatItsFirstMarkSays) {
@@ -93,6 +97,9 @@ TEST(Step, MeansWhatItsFirstMarkSays) {
       {"@choose:feeder", "choose feeder"},
       {"@source:Scan", "press Scan"},
       {"@source:cancel", "press Cancel"},
+      {"@answer:a, b=c:d.jpg", "type [a, b=c:d.jpg] yes"},
+      {"@Answer-No:/x.tif", "type [/x.tif] no"},
+      {"@cancel", "cancel"},
   };
   for (const auto& [text, meaning] : cases)
     EXPECT_EQ(std::visit(Meaning{}, ParseStep(text).action), meaning) << text;
@@ -118,6 +125,10 @@ TEST(Step, WhatCannotRunIsWrongUsage) {
       "@choose:Nobody",
       "@choose",
       "@source:later",
+      "@answer",
+      "@answer:",
+      "@answer-no:",
+      "@cancel:",
       "@snapshot",
       "@snapshot:",
       "@resize:800",

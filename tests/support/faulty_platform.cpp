@@ -164,6 +164,12 @@ void FaultyPlatform::FileSystem::WriteFile(const std::string& fileName,
   m_owner.m_platform.files.WriteFile(fileName, pieces);
 }
 
+void FaultyPlatform::FileSystem::CopyFile(const std::string& source,
+                                          const std::string& destination) {
+  if (m_owner.Fails("CopyFile")) throw RunTimeError(ErrorNumber::DiskFull);
+  m_owner.m_platform.files.CopyFile(source, destination);
+}
+
 void FaultyPlatform::FileSystem::DeleteFile(const std::string& fileName) {
   if (m_owner.Fails("DeleteFile")) throw RunTimeError(ErrorNumber::PermissionDenied);
   m_owner.m_platform.files.DeleteFile(fileName);

@@ -97,6 +97,7 @@ class FaultyPlatform {
     std::string GetTempFileNameA(const std::string& folder, const std::string& prefix) override;
     void WriteFile(const std::string& fileName,
                    std::span<const std::span<const Byte>> pieces) override;
+    void CopyFile(const std::string& source, const std::string& destination) override;
     void DeleteFile(const std::string& fileName) override;
 
    private:
@@ -112,7 +113,8 @@ class FaultyPlatform {
   Memory m_memory{*this};
   Queue m_messages{*this};
   FileSystem m_files{*this};
-  Platform m_contracts{m_bitmaps, m_pictures, m_memory, m_messages, m_platform.sources, m_files};
+  Platform m_contracts{m_bitmaps,          m_pictures, m_memory,          m_messages,
+                       m_platform.sources, m_files,    m_platform.codecs, m_platform.dialogs};
 
   std::string m_failingService;  // empty for any
   int m_failingCall = 0;

@@ -26,10 +26,13 @@ class HostedControl::Recorder : public EventSink, public Site {
   std::shared_ptr<std::vector<std::string>> m_log;
 };
 
-HostedControl::HostedControl(int width, int height, std::unique_ptr<Stage> stageToUse)
-    : stage(std::move(stageToUse)), window(platform.OpenWindow(width, height)) {
+HostedControl::HostedControl(int width, int height, const Replace& replace,
+                             std::unique_ptr<Stage> stageToUse)
+    : stage(std::move(stageToUse)),
+      contracts(replace ? replace(platform.Contracts()) : platform.Contracts()),
+      window(platform.OpenWindow(width, height)) {
   const auto recorder = std::make_shared<Recorder>(*this);
-  control = TWAIN::Create(platform.Contracts(), window->ControlsSurface(), recorder);
+  control = TWAIN::Create(contracts, window->ControlsSurface(), recorder);
   control->InitProperties();
   control->Connect(recorder);
   window->Idle();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,8 +15,12 @@ namespace quillet {
 // A control on a window, reached as a host reaches it: by name, through dispatch.
 class HostedControl {
  public:
+  // Puts a service of the test's own in place of one of the platform's.
+  using Replace = std::function<Platform(const Platform& platform)>;
+
   // The window's inside size in pixels.
-  HostedControl(int width, int height, std::unique_ptr<Stage> stage = MakeStage());
+  HostedControl(int width, int height, const Replace& replace = {},
+                std::unique_ptr<Stage> stage = MakeStage());
 
   Variant Get(const char* name);
   Long Number(const char* name) { return VariantToLong(Get(name)); }
@@ -45,6 +50,7 @@ class HostedControl {
 
   const std::unique_ptr<Stage> stage;
   Stage& platform = *stage;
+  Platform contracts;  // what the control sees
   std::unique_ptr<ControlWindow> window;
   std::shared_ptr<TWAIN> control;
 

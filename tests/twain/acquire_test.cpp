@@ -79,7 +79,9 @@ class Acquire : public testing::Test {
                        m_faulty.Contracts().memory,
                        m_faulty.Contracts().messages,
                        m_sources,
-                       m_faulty.Contracts().files};
+                       m_faulty.Contracts().files,
+                       m_faulty.Contracts().codecs,
+                       m_faulty.Contracts().dialogs};
   cTwain m_twain{m_contracts};
   PictureRef m_picture = m_platform.Contracts().pictures.EmptyPicture();
 };
@@ -142,7 +144,8 @@ TEST_F(Acquire, EveryRefusalEndsInOrder) {
     ScriptedSourceManager sources(m_platform);
     sources.Answer(refused.operation, refused.answer);
     const Platform& all = m_platform.Contracts();
-    Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages, sources, all.files};
+    Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
+                       sources,     all.files,    all.codecs, all.dialogs};
     cTwain twain(contracts);
     PictureRef picture;
     EXPECT_EQ(twain.Acquire(picture, 75, twRGB, true, false, ""), refused.result);
@@ -419,7 +422,8 @@ TEST_F(Acquire, ChoosingASourceClosesWhatWasChosen) {
     ScriptedSourceManager sources(m_platform);
     sources.Answer(refused.operation, refused.answer);
     const Platform& all = m_platform.Contracts();
-    Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages, sources, all.files};
+    Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
+                       sources,     all.files,    all.codecs, all.dialogs};
     cTwain twain(contracts);
     EXPECT_EQ(twain.SelectDataSource(""), refused.result) << refused.operation;
     EXPECT_EQ(sources.TakeCalls(), refused.calls);

@@ -19,7 +19,9 @@ class PortableBitmapsTest : public testing::Test {
                     rest.Contracts().memory,
                     rest.Contracts().messages,
                     rest.Contracts().sources,
-                    rest.Contracts().files};
+                    rest.Contracts().files,
+                    rest.Contracts().codecs,
+                    rest.Contracts().dialogs};
 };
 
 TEST_F(PortableBitmapsTest, CopiesOfAPictureShareItsPixelsUntilOneIsWritten) {

@@ -43,7 +43,7 @@ class Scan : public testing::Test {
   TemporaryFolder folder;
   EnvironmentVariable temporaryFolder{"TMPDIR", folder.Path("")};
   PortableStage* stage = new PortableStage;  // owned by the control's host
-  HostedControl host{300, 200, std::unique_ptr<Stage>(stage)};
+  HostedControl host{300, 200, {}, std::unique_ptr<Stage>(stage)};
 };
 
 TEST_F(Scan, ShowsThePageAtItsOwnSizeAndNotifiesNothing) {

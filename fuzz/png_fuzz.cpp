@@ -1,0 +1,20 @@
+// Feeds arbitrary bytes to the PNG reader. Build with clang:
+//   clang++ -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -I. fuzz/png_fuzz.cpp
+//       base/*.cpp platform/portable/{bitmap_convert,byte_source,codec_format,dib,file_errors,
+//       pixel_memory,replacing_file,codec_png}.cpp -lpng
+#include <cstddef>
+#include <new>
+
+#include "platform/portable/codec_error.h"
+#include "platform/portable/codec_png.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const quillet::Byte* data, std::size_t size) {
+  quillet::MemorySource source({data, size});
+  try {
+    quillet::ReadPng(source, {});
+  } catch (const quillet::CodecError&) {
+    // How bad input is told.
+  } catch (const std::bad_alloc&) {
+  }
+  return 0;
+}
