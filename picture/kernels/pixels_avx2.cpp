@@ -79,11 +79,14 @@ __m256i GrayOf(__m256i blueGreen, __m256i redOne) {
                                            _mm256_maddubs_epi16(redOne, Weights(27, 62)));
   const __m256i rest = _mm256_add_epi16(_mm256_maddubs_epi16(blueGreen, Weights(8 * 7, 8 * 3)),
                                         _mm256_maddubs_epi16(redOne, Weights(8 * 6, 8 * 3)));
-  // `odd` matters only half-way between k and k + 1. There eighths / 125 is from k + 0.48 to
-  // k + 0.992, so that it alone gives k. 4194 is 2^19 / 125: the last bit of k is bit 3.
-  const __m256i eightTimesOdd = _mm256_and_si256(TimesHigh(eighths, 4194), _mm256_set1_epi16(8));
-  const __m256i all =
-      _mm256_add_epi16(eighths, _mm256_srli_epi16(_mm256_add_epi16(rest, eightTimesOdd), 6));
+  const auto eighthPart = [&](__m256i eightTimesRest) {
+    return _mm256_add_epi16(eighths, _mm256_srli_epi16(eightTimesRest, 6));
+  };
+  // `odd` matters only half-way, where the eighth part is 125 k + 124. 4194 is 2^19 / 125: the last
+  // bit of k is bit 3.
+  const __m256i eightTimesOdd =
+      _mm256_and_si256(TimesHigh(eighthPart(rest), 4194), _mm256_set1_epi16(8));
+  const __m256i all = eighthPart(_mm256_add_epi16(rest, eightTimesOdd));
   // 33555 is 2^22 / 125, rounded up: exact up to 59000.
   return _mm256_srli_epi16(TimesHigh(all, 33555), 6);
 }

@@ -19,10 +19,8 @@ void LightenPixel(Byte* pixel, const LightenTable& table) {
   const int blue = pixel[0], green = pixel[1], red = pixel[2];
   const int largest = std::max({blue, green, red});
   const int smallest = std::min({blue, green, red});
-  const ChannelRange range = table.At(largest, smallest);
-  const double low = range.smallest;
-  const double high = range.largest;
-  if (largest == smallest) return SetAll(pixel, NearestByte(low * 255));
+  const auto rounded = table.RoundedAt(largest, smallest);
+  if (largest == smallest) return SetAll(pixel, rounded.smallest);
 
   // Where the middle channel lies between the two, 0 to 1. The hue says it: a float counted from
   // the largest channel's place on the circle, red 0, green 2 or blue 4, upwards or downwards.
@@ -35,13 +33,14 @@ void LightenPixel(Byte* pixel, const LightenTable& table) {
   const double center = red == largest ? 0 : green == largest ? fromGreen : fromBlue;
   const double place = static_cast<Single>(center + exactPlace) - center;
 
-  const Byte newLargest = NearestByte(high * 255);
-  const Byte newSmallest = NearestByte(low * 255);
+  const ChannelRange range = table.At(largest, smallest);
+  const double low = range.smallest;
+  const double high = range.largest;
   const Byte newMiddle = NearestByte((low + (high - low) * place) * 255);
   // Equal channels stay equal, so which of them counts as the largest does not matter.
   const auto lightened = [&](int channel) {
-    const Byte other = channel == smallest ? newSmallest : newMiddle;
-    return channel == largest ? newLargest : other;
+    const Byte other = channel == smallest ? rounded.smallest : newMiddle;
+    return channel == largest ? rounded.largest : other;
   };
   pixel[0] = lightened(blue);
   pixel[1] = lightened(green);

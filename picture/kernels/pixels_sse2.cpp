@@ -22,15 +22,21 @@ __m128i LoadSpread(const Byte* from) {
                             _mm_unpacklo_epi32(LoadFour(from + 6), LoadFour(from + 9)));
 }
 
-// Elements whose four bytes are equal.
-void StoreGray(Byte* to, __m128i gray) {
+// The 12 bytes of four pixels, given as elements of four equal bytes; the last 4 are 0.
+__m128i PackGray(__m128i gray) {
   // The bytes 0 0 0 1, 1 1 2 2, 2 3 3 3: of each element and of the next one.
   const __m128i own = _mm_setr_epi32(0xFFFFFF, 0xFFFF, 0xFF, 0);
   const __m128i next = _mm_shuffle_epi32(gray, _MM_SHUFFLE(3, 3, 2, 1));
-  const __m128i packed = _mm_or_si128(_mm_and_si128(own, gray), _mm_andnot_si128(own, next));
-  _mm_storel_epi64(reinterpret_cast<__m128i*>(to), packed);
-  const int last = _mm_cvtsi128_si32(_mm_srli_si128(packed, 8));
-  std::memcpy(to + 8, &last, sizeof last);
+  const __m128i others = _mm_setr_epi32(~0xFFFFFF, ~0xFFFF, ~0xFF, 0);
+  return _mm_or_si128(_mm_and_si128(own, gray), _mm_and_si128(others, next));
+}
+
+// Twice four pixels whose elements have four equal bytes.
+void StoreGray(Byte* to, __m128i left, __m128i right) {
+  const __m128i first = PackGray(left);
+  const __m128i second = PackGray(right);
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_or_si128(first, _mm_slli_si128(second, 12)));
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(to + 16), _mm_srli_si128(second, 4));
 }
 
 __m128i TimesHigh(__m128i words, int factor) {
@@ -63,21 +69,21 @@ void GrayScale(Byte* row, Long width) {
     const __m128i both = _mm_packs_epi32(GrayTimes125(row), GrayTimes125(row + 12));
     // 33555 is 2^22 / 125, rounded up: exact up to 59000.
     const __m128i gray = _mm_mullo_epi16(_mm_srli_epi16(TimesHigh(both, 33555), 6), inBothBytes);
-    StoreGray(row, _mm_unpacklo_epi16(gray, gray));
-    StoreGray(row + 12, _mm_unpackhi_epi16(gray, gray));
+    StoreGray(row, _mm_unpacklo_epi16(gray, gray), _mm_unpackhi_epi16(gray, gray));
   }
   scalar::GrayScale(row, width);
 }
 
 void BlackWhite(Byte* row, Long width) {
   const __m128i from = _mm_set1_epi32(kWhiteFrom | kWhiteFrom << 8 | kWhiteFrom << 16);
-  for (; width >= 5; width -= 4, row += 12) {
-    const __m128i pixels = LoadSpread(row);
+  const auto isWhite = [&](const Byte* four) {
+    const __m128i pixels = LoadSpread(four);
     const __m128i light = _mm_cmpeq_epi8(_mm_max_epu8(pixels, from), pixels);
     const __m128i lightChannels = _mm_and_si128(light, _mm_set1_epi32(0xFFFFFF));
     const __m128i isBlack = _mm_cmpeq_epi32(lightChannels, _mm_setzero_si128());
-    StoreGray(row, _mm_xor_si128(isBlack, _mm_set1_epi32(-1)));
-  }
+    return _mm_xor_si128(isBlack, _mm_set1_epi32(-1));
+  };
+  for (; width >= 9; width -= 8, row += 24) StoreGray(row, isWhite(row), isWhite(row + 12));
   scalar::BlackWhite(row, width);
 }
 
