@@ -2,9 +2,8 @@
 
 #ifdef QUILLET_X86
 
-#include <immintrin.h>
-
 #include "picture/kernels/channels.h"
+#include "picture/kernels/vectors_avx2.h"
 
 namespace quillet::avx2 {
 namespace {
@@ -15,12 +14,8 @@ struct Lanes {
   using Words = std::int16_t __attribute__((vector_size(32)));
   using UWords = std::uint16_t __attribute__((vector_size(32)));
 
-  static Bytes Load(const Byte* from) {
-    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
-  }
-  static void Store(Byte* to, Bytes bytes) {
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), bytes);
-  }
+  static Bytes Load(const Byte* from) { return Load32(from); }
+  static void Store(Byte* to, Bytes bytes) { Store32(to, bytes); }
   static Bytes Interleave(channels::LowHalf, Bytes a, Bytes b) {
     return _mm256_unpacklo_epi8(a, b);
   }

@@ -2,45 +2,14 @@
 
 #ifdef QUILLET_X86
 
-#include <immintrin.h>
+#include "picture/kernels/vectors_avx2.h"
 
-#include <cstdint>
-
-// Everything here has internal linkage or is called through the kernel table only: code compiled
-// for AVX2 must not be what the linker keeps of an inline function shared with other files.
 namespace quillet::avx2 {
 namespace {
-
-__m128i Load16(const Byte* from) {
-  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-}
-
-void Store16(Byte* to, __m128i value) {
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), value);
-}
-
-// Asks for the cache line at that distance, which may lie outside the picture.
-void Prefetch(const Byte* base, std::ptrdiff_t distance) {
-  const auto at = reinterpret_cast<std::uintptr_t>(base) + static_cast<std::uintptr_t>(distance);
-  _mm_prefetch(reinterpret_cast<const char*>(at), _MM_HINT_T0);
-}
 
 // Makes the compiler work the value out though nothing uses it.
 void KeepAlive(__m128i value) {
   asm volatile("" : : "x"(value));
-}
-
-__m256i Load32(const Byte* from) {
-  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
-}
-
-void Store32(Byte* to, __m256i value) {
-  _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), value);
-}
-
-// 16 bytes at `low` and 16 at `high`, a half of the result each.
-__m256i LoadHalves(const Byte* low, const Byte* high) {
-  return _mm256_inserti128_si256(_mm256_castsi128_si256(Load16(low)), Load16(high), 1);
 }
 
 // Twice 16 pixels: part i has their bytes 16 i to 16 i + 15, of both in a half each.
@@ -51,11 +20,6 @@ struct PixelPair {
 PixelPair LoadPixels(const Byte* low, const Byte* high) {
   return {
       {LoadHalves(low, high), LoadHalves(low + 16, high + 16), LoadHalves(low + 32, high + 32)}};
-}
-
-// The same bytes in both halves.
-__m256i Both(__m128i half) {
-  return _mm256_broadcastsi128_si256(half);
 }
 
 // Both in reverse order of pixels.
@@ -83,22 +47,6 @@ PixelPair Reversed(const PixelPair& pixels) {
                            _mm256_shuffle_epi8(part[1], middleFrom1)),
            _mm256_or_si256(_mm256_shuffle_epi8(part[1], firstFrom1),
                            _mm256_shuffle_epi8(part[0], firstFrom0))}};
-}
-
-// The four pixels at `upper` and the four at `lower`, each in 32 bits, a half of the result each.
-// `spread` says where in the 16 loaded bytes the pixels are.
-__m256i LoadSpread(const Byte* upper, const Byte* lower, __m256i spread) {
-  return _mm256_shuffle_epi8(LoadHalves(upper, lower), spread);
-}
-
-// Stores the eight pixels in the low three bytes of each 32-bit element.
-void StorePacked(Byte* to, __m256i wide) {
-  const __m256i pack = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1,  //
-                                        0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
-  const __m256i together = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 7, 7);
-  const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(wide, pack), together);
-  Store16(to, _mm256_castsi256_si128(packed));
-  _mm_storel_epi64(reinterpret_cast<__m128i*>(to + 16), _mm256_extracti128_si256(packed, 1));
 }
 
 }  // namespace
@@ -147,8 +95,6 @@ void ReverseRow(Byte* row, Long width) {
 
 void RotateStrip(const Byte* source, std::ptrdiff_t sourceStride, Long width, Long rows,
                  Byte* target, std::ptrdiff_t targetStride) {
-  const __m256i spread = _mm256_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1,  //
-                                          0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
   // Blocks of 4 columns by 8 rows; the rows left over are the strip's first.
   const Long blockRows = rows & ~7;
   Long x = 0;
@@ -160,10 +106,10 @@ void RotateStrip(const Byte* source, std::ptrdiff_t sourceStride, Long width, Lo
       for (int i = 0; i < 8; ++i) Prefetch(from, 192 - i * sourceStride);
       for (int i = 4; i < 8; ++i) Prefetch(to, i * targetStride);
       const Byte* lower = from - 4 * sourceStride;
-      const __m256i row0 = LoadSpread(from, lower, spread);
-      const __m256i row1 = LoadSpread(from - sourceStride, lower - sourceStride, spread);
-      const __m256i row2 = LoadSpread(from - 2 * sourceStride, lower - 2 * sourceStride, spread);
-      const __m256i row3 = LoadSpread(from - 3 * sourceStride, lower - 3 * sourceStride, spread);
+      const __m256i row0 = LoadSpread(from, lower);
+      const __m256i row1 = LoadSpread(from - sourceStride, lower - sourceStride);
+      const __m256i row2 = LoadSpread(from - 2 * sourceStride, lower - 2 * sourceStride);
+      const __m256i row3 = LoadSpread(from - 3 * sourceStride, lower - 3 * sourceStride);
       const __m256i left01 = _mm256_unpacklo_epi32(row0, row1);
       const __m256i left23 = _mm256_unpacklo_epi32(row2, row3);
       const __m256i right01 = _mm256_unpackhi_epi32(row0, row1);

@@ -2,32 +2,12 @@
 
 #ifdef QUILLET_X86
 
-#include <immintrin.h>
-
 #include "picture/kernels/lighten_table.h"
+#include "picture/kernels/vectors_avx2.h"
 
 // Eight pixels at a time, each channel in 32-bit elements; their fractions four at a time.
 namespace quillet::avx2 {
 namespace {
-
-// Four pixels in each half of 32 bytes that start 12 bytes apart, in the low three bytes of each
-// 32-bit element. Reads 28 bytes, 4 more than the pixels have.
-__m256i LoadSpread(const Byte* from) {
-  const __m128i spread = _mm_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
-  const __m256i both = _mm256_inserti128_si256(
-      _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))),
-      _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 12)), 1);
-  return _mm256_shuffle_epi8(both, _mm256_broadcastsi128_si256(spread));
-}
-
-void StorePacked(Byte* to, __m256i wide) {
-  const __m128i pack = _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
-  const __m256i together = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 7, 7);
-  const __m256i packed = _mm256_permutevar8x32_epi32(
-      _mm256_shuffle_epi8(wide, _mm256_broadcastsi128_si256(pack)), together);
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm256_castsi256_si128(packed));
-  _mm_storel_epi64(reinterpret_cast<__m128i*>(to + 16), _mm256_extracti128_si256(packed, 1));
-}
 
 // Fractions and 32-bit integers of eight pixels' channels, by size.
 struct Fractions {
@@ -183,7 +163,7 @@ void Lighten(Byte* row, Long width, const LightenTable& table) {
   __m256i before = _mm256_set1_epi32(-1);
   __m256i lightened = before;
   for (; width >= 10; width -= 8, row += 24) {
-    const __m256i pixels = LoadSpread(row);
+    const __m256i pixels = LoadSpread(row, row + 12);
     if (_mm256_movemask_epi8(_mm256_cmpeq_epi32(pixels, before)) != -1) {
       before = pixels;
       lightened = LightenEight(pixels, table);

@@ -2,28 +2,13 @@
 
 #ifdef QUILLET_X86
 
-#include <immintrin.h>
+#include "picture/kernels/vectors_avx2.h"
 
 // 32 pixels at a time, taken apart into their channels: a vector of blue bytes, one of green and
 // one of red, the first 16 pixels in the lower half and the others in the upper one. Pixel p is at
 // place 3 p mod 16 of its half, where it costs least to bring it.
 namespace quillet::avx2 {
 namespace {
-
-__m256i LoadHalves(const Byte* low, const Byte* high) {
-  return _mm256_inserti128_si256(
-      _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(low))),
-      _mm_loadu_si128(reinterpret_cast<const __m128i*>(high)), 1);
-}
-
-void StoreHalves(Byte* low, Byte* high, __m256i bytes) {
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(low), _mm256_castsi256_si128(bytes));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(high), _mm256_extracti128_si256(bytes, 1));
-}
-
-__m256i BothHalves(__m128i half) {
-  return _mm256_broadcastsi128_si256(half);
-}
 
 struct Planes {
   __m256i blue, green, red;
@@ -35,10 +20,8 @@ Planes LoadPlanes(const Byte* from) {
   const __m256i c = LoadHalves(from + 32, from + 80);
   // Places whose number leaves 1, or 2, when divided by 3. A channel has its bytes at different
   // places of the three vectors, so that they fit into one.
-  const __m256i ones =
-      BothHalves(_mm_setr_epi8(0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0));
-  const __m256i twos =
-      BothHalves(_mm_setr_epi8(0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0));
+  const __m256i ones = Both(_mm_setr_epi8(0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0));
+  const __m256i twos = Both(_mm_setr_epi8(0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0));
   const auto join = [&](__m256i atZero, __m256i atOne, __m256i atTwo) {
     return _mm256_blendv_epi8(_mm256_blendv_epi8(atZero, atOne, ones), atTwo, twos);
   };
@@ -50,12 +33,9 @@ Planes LoadPlanes(const Byte* from) {
 
 // 32 pixels whose channels are equal.
 void StoreGray(Byte* to, __m256i gray) {
-  const __m256i first =
-      BothHalves(_mm_setr_epi8(0, 0, 0, 3, 3, 3, 6, 6, 6, 9, 9, 9, 12, 12, 12, 15));
-  const __m256i second =
-      BothHalves(_mm_setr_epi8(15, 15, 2, 2, 2, 5, 5, 5, 8, 8, 8, 11, 11, 11, 14, 14));
-  const __m256i third =
-      BothHalves(_mm_setr_epi8(14, 1, 1, 1, 4, 4, 4, 7, 7, 7, 10, 10, 10, 13, 13, 13));
+  const __m256i first = Both(_mm_setr_epi8(0, 0, 0, 3, 3, 3, 6, 6, 6, 9, 9, 9, 12, 12, 12, 15));
+  const __m256i second = Both(_mm_setr_epi8(15, 15, 2, 2, 2, 5, 5, 5, 8, 8, 8, 11, 11, 11, 14, 14));
+  const __m256i third = Both(_mm_setr_epi8(14, 1, 1, 1, 4, 4, 4, 7, 7, 7, 10, 10, 10, 13, 13, 13));
   StoreHalves(to, to + 48, _mm256_shuffle_epi8(gray, first));
   StoreHalves(to + 16, to + 64, _mm256_shuffle_epi8(gray, second));
   StoreHalves(to + 32, to + 80, _mm256_shuffle_epi8(gray, third));
