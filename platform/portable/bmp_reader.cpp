@@ -4,6 +4,8 @@
 #include <array>
 #include <limits>
 #include <new>
+#include <span>
+#include <utility>
 #include <vector>
 
 #include "base/runtime_error.h"
@@ -60,7 +62,7 @@ bool Agrees(DibCompression compression, const Dib::Format& format) {
 }
 
 Dib ReadUncompressed(ByteSource& source, const DibLayout& layout, std::uint64_t offset,
-                     Dib::Format format) {
+                     Dib::Format format, std::shared_ptr<BlockReserve> reserve) {
   const std::uint64_t stride = static_cast<std::uint64_t>(DibStride(format.width, format.depth));
   const std::uint64_t rowBytes =
       static_cast<std::uint64_t>(DibRowBytes(format.width, format.depth));
@@ -68,7 +70,7 @@ Dib ReadUncompressed(ByteSource& source, const DibLayout& layout, std::uint64_t 
   const std::uint64_t size = stride * static_cast<std::uint64_t>(format.height - 1) + rowBytes;
   if (offset > source.Size() || size > source.Size() - offset) Refuse("the file is cut short");
 
-  Dib dib(std::move(format));
+  Dib dib(std::move(format), std::move(reserve));
   if (layout.format.topDown) {
     ReadAll(source, offset, {dib.WritableBits(), static_cast<std::size_t>(size)});
   } else {
@@ -171,26 +173,28 @@ DibLayout ReadDibLayout(ByteSource& source, std::uint64_t offset,
   return layout;
 }
 
-Dib ReadDibPixels(ByteSource& source, const DibLayout& layout, std::uint64_t offset) {
+Dib ReadDibPixels(ByteSource& source, const DibLayout& layout, std::uint64_t offset,
+                  std::shared_ptr<BlockReserve> reserve) {
   Dib::Format format = layout.format;
   format.topDown = true;
   try {
     const bool encoded =
         layout.compression == DibCompression::Rle8 || layout.compression == DibCompression::Rle4;
-    return encoded ? ReadRle(source, offset, std::move(format))
-                   : ReadUncompressed(source, layout, offset, std::move(format));
+    return encoded
+               ? ReadRle(source, offset, std::move(format))
+               : ReadUncompressed(source, layout, offset, std::move(format), std::move(reserve));
   } catch (const std::bad_alloc&) {
     throw RunTimeError(ErrorNumber::OutOfMemory);
   }
 }
 
-Dib ReadBmp(ByteSource& source) {
+Dib ReadBmp(ByteSource& source, std::shared_ptr<BlockReserve> reserve) {
   std::array<Byte, kFileHeaderSize> header{};
   ReadAll(source, 0, header);
   if (header[0] != 'B' || header[1] != 'M') Refuse("no BMP file");
   const std::uint32_t pixelsStart = LoadDword(&header[10]);
   const DibLayout layout = ReadDibLayout(source, kFileHeaderSize, pixelsStart);
-  return ReadDibPixels(source, layout, pixelsStart);
+  return ReadDibPixels(source, layout, pixelsStart, std::move(reserve));
 }
 
 }  // namespace quillet

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "platform/portable/byte_source.h"
@@ -24,13 +25,15 @@ struct DibLayout {
 DibLayout ReadDibLayout(ByteSource& source, std::uint64_t offset,
                         std::optional<std::uint64_t> pixelsStart);
 
-// Reads the pixels that start at that offset; the result keeps depth, palette and resolution, its
-// rows are top-down. Run-time errors: 481 when the source holds fewer pixels than the layout says,
-// found before memory is asked for; 7 when there is no memory.
-Dib ReadDibPixels(ByteSource& source, const DibLayout& layout, std::uint64_t offset);
+// Reads the pixels that start at that offset, into a block of the reserve where that serves; the
+// result keeps depth, palette and resolution, its rows are top-down. Run-time errors: 481 when the
+// source holds fewer pixels than the layout says, found before memory is asked for; 7 when there is
+// no memory.
+Dib ReadDibPixels(ByteSource& source, const DibLayout& layout, std::uint64_t offset,
+                  std::shared_ptr<BlockReserve> reserve = nullptr);
 
 // Reads a BMP file. Run-time errors: 481 for content that is no BMP file or cut short, 7 when there
 // is no memory.
-Dib ReadBmp(ByteSource& source);
+Dib ReadBmp(ByteSource& source, std::shared_ptr<BlockReserve> reserve = nullptr);
 
 }  // namespace quillet

@@ -62,6 +62,8 @@ class PortableBitmaps : public BitmapServices {
 
   // Gives memory kept for the next bitmap back to the system.
   void GiveBackMemory() noexcept { m_reserve->GiveBack(); }
+  // Where large blocks go that were let go of, to serve the next bitmap.
+  const std::shared_ptr<BlockReserve>& Reserve() const noexcept { return m_reserve; }
 
  private:
   struct Bitmap {

@@ -11,7 +11,7 @@ namespace quillet {
 GlobalHandle PortableMemory::GlobalAlloc(std::size_t bytes) try {
   if (bytes > static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) / 2)
     return GlobalHandle::None;
-  Block block{std::make_unique<PixelMemory>(std::max<std::size_t>(bytes, 1))};
+  Block block{std::make_unique<PixelMemory>(std::max<std::size_t>(bytes, 1), m_reserve)};
   if (!block.memory->StartsZeroed()) std::memset(block.memory->Data(), 0, block.memory->Size());
   while (m_next == 0 || m_blocks.contains(GlobalHandle{m_next})) m_next += 4;
   const GlobalHandle handle{m_next};

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 
 #include "platform/contracts/global_memory.h"
 #include "platform/portable/pixel_memory.h"
@@ -11,8 +12,14 @@ namespace quillet {
 
 // Memory blocks behind checked handles. A block is not freed while it is locked, so an address that
 // was given out stays good until its unlock. Handles come back only after all others were used.
+//
+// A large block goes to the reserve when it is freed: a picture is likely made from it next.
 class PortableMemory : public GlobalMemory {
  public:
+  // Without a reserve blocks go back to the system.
+  explicit PortableMemory(std::shared_ptr<BlockReserve> reserve = nullptr)
+      : m_reserve(std::move(reserve)) {}
+
   GlobalHandle GlobalAlloc(std::size_t bytes) override;
   void* GlobalLock(GlobalHandle block) override;
   void GlobalUnlock(GlobalHandle block) override;
@@ -28,6 +35,7 @@ class PortableMemory : public GlobalMemory {
     int locks = 0;
   };
 
+  std::shared_ptr<BlockReserve> m_reserve;
   std::unordered_map<GlobalHandle, Block> m_blocks;
   std::uintptr_t m_next = 0x2030002;
 };

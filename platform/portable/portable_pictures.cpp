@@ -68,7 +68,7 @@ PictureRef PortablePictures::LoadPicture(const std::string& fileName) {
     if (LooksLikeIcon(file)) {
       picture->Own(PictureKind::Icon, m_bitmaps->AddIcon(ReadIcon(file)));
     } else {
-      const BitmapHandle bitmap = m_bitmaps->AddBitmap(ReadBmp(file));
+      const BitmapHandle bitmap = m_bitmaps->AddBitmap(ReadBmp(file, m_bitmaps->Reserve()));
       m_bitmaps->GiveToPicture(bitmap);
       picture->Own(PictureKind::Bitmap, bitmap);
     }

@@ -17,7 +17,7 @@ PortablePlatform::PortablePlatform(const std::string& stateFolder, InstructionSe
     : m_bitmaps(std::make_shared<PortableBitmaps>(instructions)),
       m_pictures(std::make_shared<PortablePictures>(m_bitmaps)),
       m_windows(std::make_shared<WindowTable>()),
-      m_memory(std::make_unique<PortableMemory>()),
+      m_memory(std::make_unique<PortableMemory>(m_bitmaps->Reserve())),
       m_messages(std::make_unique<PortableMessages>(m_windows)),
       m_user(std::make_unique<SimulatedUser>()),
       m_sources(std::make_unique<PortableSourceManager>(*m_memory, *m_messages, *m_user,

@@ -1,0 +1,165 @@
+#include "bench/scan.h"
+
+#include <malloc.h>
+#include <time.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <limits>
+#include <string>
+
+#include "control/TWAIN.h"
+#include "control/dispatch.h"
+#include "host/portable_window.h"
+#include "platform/portable/byte_source.h"
+#include "platform/portable/pixel_memory.h"
+#include "platform/portable/portable_platform.h"
+
+namespace quillet::bench {
+namespace {
+
+constexpr double kTimeGoal = 1.3;  // times the sum of the three
+// The image in memory, a copy of its bytes, and the new picture, the one in the view besides.
+constexpr double kPeakGoal = 3;
+
+// The thread's own time, kernel included.
+double Now() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+// A line of /proc/self/status, in bytes; 0 where there is none.
+double StatusOf(const std::string& name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    double kilobytes = 0;
+    if (word == name + ":" && status >> kilobytes) return 1024 * kilobytes;
+  }
+  return 0;
+}
+
+// Lets the peak start anew from what is resident now.
+void ResetPeak() {
+  std::ofstream("/proc/self/clear_refs") << "5" << std::flush;
+}
+
+// Notes when the source says that its image is ready.
+class ReadyWatch : public SourceManager {
+ public:
+  explicit ReadyWatch(SourceManager& manager) : m_manager(manager) {}
+
+  TW_UINT16 DSM_Entry(TW_IDENTITY* pOrigin, TW_IDENTITY* pDest, TW_UINT32 group,
+                      TW_UINT16 argumentType, TW_UINT16 message, void* pData) override {
+    const TW_UINT16 answer =
+        m_manager.DSM_Entry(pOrigin, pDest, group, argumentType, message, pData);
+    if (argumentType == DAT_EVENT) {
+      TW_EVENT event;
+      std::memcpy(&event, pData, sizeof event);
+      if (event.TWMessage == MSG_XFERREADY) {
+        ResetPeak();
+        m_ready = Now();
+      }
+    }
+    return answer;
+  }
+  std::string AnsiText(const std::string& text, std::size_t maxBytes) const override {
+    return m_manager.AnsiText(text, maxBytes);
+  }
+
+  double Ready() const { return m_ready; }
+
+ private:
+  SourceManager& m_manager;
+  double m_ready = 0;
+};
+
+// The three that a detour through a file cannot do without, on a block of that size.
+class Detour {
+ public:
+  Detour(Files& files, std::size_t size)
+      : m_files(files),
+        m_bytes(size),
+        m_copy(size),
+        m_name(files.GetTempFileNameA(files.GetTempPathA(), "ptw")) {
+    std::memset(m_bytes.Data(), 1, size);
+    std::memset(m_copy.Data(), 0, size);
+  }
+  Detour(const Detour&) = delete;
+  Detour& operator=(const Detour&) = delete;
+  ~Detour() { m_files.DeleteFile(m_name); }
+
+  // The smallest of each so far, summed.
+  double Seconds() {
+    const auto time = [](double& fastest, auto&& action) {
+      const double start = Now();
+      action();
+      fastest = std::min(fastest, Now() - start);
+    };
+    const std::span<const Byte> whole(m_bytes.Data(), m_bytes.Size());
+    time(m_memcpy, [&] { std::memcpy(m_copy.Data(), whole.data(), whole.size()); });
+    time(m_write, [&] { m_files.WriteFile(m_name, {&whole, 1}); });
+    time(m_read, [&] { FileSource(m_name).Read(0, {m_copy.Data(), m_copy.Size()}); });
+    return m_memcpy + m_write + m_read;
+  }
+
+ private:
+  Files& m_files;
+  PixelMemory m_bytes;
+  PixelMemory m_copy;
+  std::string m_name;
+  double m_memcpy = std::numeric_limits<double>::infinity();
+  double m_write = m_memcpy;
+  double m_read = m_memcpy;
+};
+
+}  // namespace
+
+void MeasureScan(int dotsPerInch, int rounds, Results& results) {
+  PortablePlatform platform;
+  const Platform& all = platform.Contracts();
+  ReadyWatch watch(all.sources);
+  Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages, watch, all.files};
+  PortableWindow window(platform, 800, 600);
+  const auto control = TWAIN::Create(contracts, window.ControlsSurface(), nullptr);
+  control->InitProperties();
+  const auto scan = [&] {
+    std::string title;
+    control->Scan(title);
+    window.Idle();
+    return Now() - watch.Ready();
+  };
+  const auto empty = [&] {
+    control->PutRefPicture(all.pictures.EmptyPicture());
+    window.Idle();
+  };
+  control->PutResolution(50);
+  scan();
+  empty();
+  control->PutResolution(static_cast<Integer>(dotsPerInch));
+  malloc_trim(0);
+  const double base = StatusOf("VmRSS");
+  scan();
+  const double bytes = 3.0 * control->BitmapWidth() * control->BitmapHeight();
+  const double peak = (StatusOf("VmHWM") - base) / bytes;
+
+  Detour detour(all.files, static_cast<std::size_t>(bytes));
+  double ours = std::numeric_limits<double>::infinity();
+  double least = ours;
+  for (int i = 0; i < rounds; ++i) {
+    empty();
+    least = detour.Seconds();
+    ours = std::min(ours, scan());
+  }
+  const double ratio = ours / least;
+  std::printf(
+      "\nScan, %d dpi page in colour, from ready to shown: %.1f ms, %.2f times memcpy, file write "
+      "and file read (goal %.2f); peak memory %.2f times the picture (goal %.2f)\n",
+      dotsPerInch, 1000 * ours, ratio, kTimeGoal, peak, kPeakGoal);
+  results.Count(ratio <= kTimeGoal, "time of a scan, " + std::to_string(dotsPerInch) + " dpi");
+  results.Count(peak <= kPeakGoal, "peak memory of a scan");
+}
+
+}  // namespace quillet::bench
