@@ -20,6 +20,7 @@
 #include "bench/operation.h"
 #include "bench/peer.h"
 #include "bench/results.h"
+#include "bench/scan.h"
 
 namespace quillet::bench {
 namespace {
@@ -152,6 +153,7 @@ void Run(const Options& options) {
     benchmark::ClearRegisteredBenchmarks();
   }
   MeasureMemory(600, results);
+  MeasureScan(600, options.rounds, results);
   results.PrintMissed();
   results.PrintTotal();
 }
