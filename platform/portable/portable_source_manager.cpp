@@ -25,6 +25,11 @@ TW_IDENTITY IdentityOf(const SourceModel& model, TW_UINT32 id) {
   return identity;
 }
 
+// A copy: in a packed record the number itself may lie where no reference may point.
+TW_UINT32 IdOf(const TW_IDENTITY& identity) {
+  return identity.Id;
+}
+
 std::string ProductName(const TW_IDENTITY& identity) {
   return {identity.ProductName, strnlen(identity.ProductName, sizeof identity.ProductName)};
 }
@@ -46,7 +51,7 @@ TW_UINT16 PortableSourceManager::DSM_Entry(TW_IDENTITY* pOrigin, TW_IDENTITY* pD
                                            TW_UINT16 message, void* pData) {
   if (!m_installed) throw RunTimeError(ErrorNumber::FileNotFound, "the TWAIN source manager");
   if (!pOrigin) return TWRC_FAILURE;
-  const auto found = m_applications.find(pOrigin->Id);
+  const auto found = m_applications.find(IdOf(*pOrigin));
   Application* const application = found == m_applications.end() ? nullptr : &found->second;
   TW_UINT16& condition = !application ? m_condition
                          : pDest      ? application->sourceCondition
@@ -73,7 +78,7 @@ TW_UINT16 PortableSourceManager::DSM_Entry(TW_IDENTITY* pOrigin, TW_IDENTITY* pD
   // The application may have just come or gone.
   if (pDest && application)
     application->sourceCondition = answer.condition;
-  else if (const auto now = m_applications.find(pOrigin->Id); now != m_applications.end())
+  else if (const auto now = m_applications.find(IdOf(*pOrigin)); now != m_applications.end())
     now->second.condition = answer.condition;
   else
     m_condition = answer.condition;
@@ -85,7 +90,7 @@ SourceAnswer PortableSourceManager::CallManager(TW_IDENTITY& origin, TW_UINT16 a
   if (argumentType == DAT_PARENT && message == MSG_OPENDSM) return OpenManager(origin, data);
   const bool closes = argumentType == DAT_PARENT && message == MSG_CLOSEDSM;
   if (!closes && argumentType != DAT_IDENTITY) return Refused(TWCC_BADPROTOCOL);
-  const auto found = m_applications.find(origin.Id);
+  const auto found = m_applications.find(IdOf(origin));
   if (found == m_applications.end()) return Refused(TWCC_SEQERROR);
   if (closes) return CloseManager(origin.Id);
   return Identity(found->second, message, *static_cast<TW_IDENTITY*>(data));
@@ -93,12 +98,12 @@ SourceAnswer PortableSourceManager::CallManager(TW_IDENTITY& origin, TW_UINT16 a
 
 SourceAnswer PortableSourceManager::OpenManager(TW_IDENTITY& origin, const void* data) {
   ForgetThoseWhoLeft();
-  if (m_applications.contains(origin.Id)) return Refused(TWCC_SEQERROR);
+  if (m_applications.contains(IdOf(origin))) return Refused(TWCC_SEQERROR);
   WindowHandle parent;
   std::memcpy(&parent, data, sizeof parent);
   if (!m_setting.messages.IsWindow(parent)) return Refused(TWCC_BADVALUE);
   origin.Id = m_nextId++;
-  m_applications[origin.Id].parent = parent;
+  m_applications[IdOf(origin)].parent = parent;
   return {};
 }
 

@@ -84,7 +84,7 @@ TW_UINT16 ScriptedSourceManager::DSM_Entry(TW_IDENTITY* pOrigin, TW_IDENTITY* pD
   }
   if (message == MSG_OPENDSM) {
     application = *pOrigin;
-    idsAtOpen.push_back(pOrigin->Id);
+    idsAtOpen.push_back(TW_UINT32{pOrigin->Id});
     WindowHandle parent;
     std::memcpy(&parent, pData, sizeof parent);
     parentWasWindow = m_platform.Queue().IsWindow(parent);

@@ -276,7 +276,7 @@ TEST_F(Acquire, PresentsTheApplication) {
   EXPECT_EQ(identity.Version.Country, 1);
   EXPECT_EQ(identity.ProtocolMajor, 1);
   EXPECT_EQ(identity.ProtocolMinor, 9);
-  EXPECT_EQ(identity.SupportedGroups, 3u);
+  EXPECT_EQ(TW_UINT32{identity.SupportedGroups}, 3u);
   EXPECT_EQ(m_sources.idsAtOpen, (std::vector<TW_UINT32>{0, 0}));
   EXPECT_TRUE(m_sources.parentWasWindow);
 }
@@ -405,7 +405,7 @@ TEST_F(Acquire, AMissingManagerIsAnErrorThatLeavesNothing) {
 TEST_F(Acquire, ChoosingASourceClosesWhatWasChosen) {
   EXPECT_EQ(m_twain.SelectDataSource("Title"), 0);
   EXPECT_EQ(m_sources.TakeCalls(), kOpen + "USERSELECT " + kClose);
-  EXPECT_EQ(m_sources.closedSource.Id, 2u);
+  EXPECT_EQ(TW_UINT32{m_sources.closedSource.Id}, 2u);
   const struct {
     const char* operation;
     TW_UINT16 answer;

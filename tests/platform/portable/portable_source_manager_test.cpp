@@ -132,7 +132,7 @@ TEST_F(SourceManagerTest, CallsOutOfStateAreRefusedAndSayWhy) {
   EXPECT_EQ(ManagersReason(), TWCC_SEQERROR);
 
   EXPECT_EQ(OpenManager(), TWRC_SUCCESS);
-  EXPECT_NE(m_application.Id, 0u);
+  EXPECT_NE(TW_UINT32{m_application.Id}, 0u);
   EXPECT_EQ(OpenManager(), TWRC_FAILURE);
   EXPECT_EQ(ManagersReason(), TWCC_SEQERROR);
   EXPECT_EQ(CloseSource(), TWRC_FAILURE);
