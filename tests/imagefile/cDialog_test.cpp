@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "platform/portable/portable_platform.h"
+#include "host/stage.h"
 
 namespace quillet {
 namespace {
@@ -30,12 +30,12 @@ class ScriptedDialogs : public Dialogs {
 
 class FileDialog : public testing::Test {
  protected:
-  PortablePlatform m_platform;
+  const std::unique_ptr<Stage> m_platform = MakeStage();
   ScriptedDialogs m_dialogs;
-  Platform m_contracts{m_platform.Contracts().bitmaps, m_platform.Contracts().pictures,
-                       m_platform.Contracts().memory,  m_platform.Contracts().messages,
-                       m_platform.Contracts().sources, m_platform.Contracts().files,
-                       m_platform.Contracts().codecs,  m_dialogs};
+  Platform m_contracts{m_platform->Contracts().bitmaps, m_platform->Contracts().pictures,
+                       m_platform->Contracts().memory,  m_platform->Contracts().messages,
+                       m_platform->Contracts().sources, m_platform->Contracts().files,
+                       m_platform->Contracts().codecs,  m_dialogs};
   cDialog m_dialog{m_contracts};
   std::string m_filter;
 };

@@ -4,9 +4,9 @@
 
 #include <functional>
 
+#include "host/stage.h"
 #include "picture/cPicture24.h"
 #include "picture/lightness.h"
-#include "platform/portable/portable_platform.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"
 #include "tests/support/literal_tone.h"
@@ -20,22 +20,22 @@ using Operation = std::function<void(cPicture24&)>;
 class Tone : public testing::Test {
  protected:
   PictureRef Picture(const PixelRows24& rows) {
-    return PictureOf(m_platform.Contracts(), rows.width, rows.height,
+    return PictureOf(m_platform->Contracts(), rows.width, rows.height,
                      [&](Long x, Long y) { return rows.At(x, y); });
   }
   PixelRows24 After(const PixelRows24& rows, const Operation& operation,
                     const Kernels& kernels = BestKernels()) {
-    cPicture24 buffer(m_platform.Contracts(), {}, kernels);
+    cPicture24 buffer(m_platform->Contracts(), {}, kernels);
     buffer.CopyFromPicture(Picture(rows));
     operation(buffer);
-    return PixelsOf(m_platform.Contracts(), buffer.CopyToPicture());
+    return PixelsOf(m_platform->Contracts(), buffer.CopyToPicture());
   }
   // One pixel, in a picture large enough for every operation to reach it.
   Pixel After(Pixel pixel, const Operation& operation) {
     return After(RowsOf(2, 2, [=](Long, Long) { return pixel; }), operation).At(0, 0);
   }
 
-  PortablePlatform m_platform;
+  const std::unique_ptr<Stage> m_platform = MakeStage();
 };
 
 TEST_F(Tone, EveryOperationIsTheLiteralOneAtEverySizeWithEveryInstructionSet) {
@@ -143,7 +143,7 @@ TEST_F(Tone, FiltersRoundHalvesToEvenAndClamp) {
     });
     EXPECT_EQ(After(rows, [](cPicture24& b) { b.Sharpen(0.5f); }).At(0, 0).green, c.expected);
   }
-  cPicture24 buffer(m_platform.Contracts());
+  cPicture24 buffer(m_platform->Contracts());
   buffer.CopyFromPicture(Picture(RowsOf(2, 2, Gradient)));
   EXPECT_EQ(ErrorOf([&] { buffer.Sharpen(1e9f); }), ErrorNumber::Overflow);
 }
@@ -173,7 +173,7 @@ TEST_F(Tone, ProgressComesForTheRowsThatAreWorkedOn) {
   for (const Long width : {1, 2, 30}) {
     for (const auto& c : cases) {
       std::vector<Integer> seen;
-      cPicture24 buffer(m_platform.Contracts(), [&](Integer percent) { seen.push_back(percent); });
+      cPicture24 buffer(m_platform->Contracts(), [&](Integer percent) { seen.push_back(percent); });
       c.operation(buffer);
       EXPECT_TRUE(seen.empty()) << "an empty buffer";
       buffer.CopyFromPicture(Picture(RowsOf(width, 6, Gradient)));
@@ -191,7 +191,7 @@ TEST_F(Tone, FadeStopsAtTheFirstPixelThatLeavesTheRange) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.level);
     std::vector<Integer> seen;
-    cPicture24 buffer(m_platform.Contracts(), [&](Integer percent) { seen.push_back(percent); });
+    cPicture24 buffer(m_platform->Contracts(), [&](Integer percent) { seen.push_back(percent); });
     // Green of pixel (2, 1) does not fit.
     const PixelRows24 before = RowsOf(4, 3, [&](Long x, Long y) {
       return Pixel{c.fits, x == 2 && y == 1 ? c.leaves : c.fits, c.fits};
@@ -200,7 +200,7 @@ TEST_F(Tone, FadeStopsAtTheFirstPixelThatLeavesTheRange) {
     EXPECT_EQ(ErrorOf([&] { buffer.Fade(c.level); }), ErrorNumber::Overflow);
     EXPECT_EQ(seen, std::vector<Integer>{0});
     const auto faded = static_cast<Byte>(c.level == 300 ? 255 : 0);
-    EXPECT_EQ(PixelsOf(m_platform.Contracts(), buffer.CopyToPicture()),
+    EXPECT_EQ(PixelsOf(m_platform->Contracts(), buffer.CopyToPicture()),
               RowsOf(4, 3, [&](Long x, Long y) {
                 const bool isDone = y == 0 || (y == 1 && x < 2);
                 return isDone ? Pixel{faded, faded, faded} : before.At(x, y);
@@ -233,7 +233,7 @@ TEST_F(Tone, HuesCountFromRedInSixthsAndComeBack) {
 class Comparison : public Tone {
  protected:
   bool Equal(const ObjectRef& a, const ObjectRef& b) {
-    cPicture24 buffer(m_platform.Contracts());
+    cPicture24 buffer(m_platform->Contracts());
     buffer.CopyFromPicture(std::dynamic_pointer_cast<quillet::Picture>(a));
     return buffer.Compare(b);
   }
@@ -241,8 +241,8 @@ class Comparison : public Tone {
 
 TEST_F(Comparison, WhatIsNoBitmapEqualsNothing) {
   const PictureRef bitmap = Picture(RowsOf(3, 2, Gradient));
-  const PictureRef icon = IconPicture(m_platform.Contracts());
-  const PictureRef empty = m_platform.Contracts().pictures.EmptyPicture();
+  const PictureRef icon = IconPicture(m_platform->Contracts());
+  const PictureRef empty = m_platform->Contracts().pictures.EmptyPicture();
   const ObjectRef foreign = std::make_shared<Object>();
   for (const ObjectRef& other : {ObjectRef(), foreign, ObjectRef(icon), ObjectRef(empty)}) {
     EXPECT_FALSE(Equal(bitmap, other));
@@ -270,7 +270,7 @@ TEST_F(Comparison, PixelsCountAndNothingElse) {
   EXPECT_FALSE(Equal(picture, Picture(RowsOf(1000, 150, Gradient))));
   EXPECT_FALSE(Equal(picture, Picture(RowsOf(1001, 149, Gradient))));
   const auto isWhite = [](Long x, Long y) { return (x + y) % 3 == 0; };
-  const auto drawn = OneBitPicture(m_platform.Contracts(), 67, 9, isWhite);
+  const auto drawn = OneBitPicture(m_platform->Contracts(), 67, 9, isWhite);
   const auto colored = Picture(RowsOf(67, 9, [&](Long x, Long y) {
     return isWhite(x, y) ? Pixel{255, 255, 255} : Pixel{};
   }));
@@ -280,8 +280,8 @@ TEST_F(Comparison, PixelsCountAndNothingElse) {
 
 TEST_F(Comparison, BuffersCompareWhateverTheyHold) {
   const PictureRef picture = Picture(RowsOf(9, 7, Gradient));
-  cPicture24 read(m_platform.Contracts()), flipped(m_platform.Contracts());
-  cPicture24 deferred(m_platform.Contracts()), empty(m_platform.Contracts());
+  cPicture24 read(m_platform->Contracts()), flipped(m_platform->Contracts());
+  cPicture24 deferred(m_platform->Contracts()), empty(m_platform->Contracts());
   read.CopyFromPicture(picture);
   read.GetBits();
   flipped.CopyFromPicture(picture);
@@ -301,8 +301,8 @@ TEST_F(Comparison, BuffersCompareWhateverTheyHold) {
 TEST_F(Comparison, AServiceThatFailsIsError7OrNoBitmapAndLeaksNothing) {
   const PictureRef picture = Picture(RowsOf(9, 7, Gradient));
   const PictureRef same = Picture(RowsOf(9, 7, Gradient));
-  const CensusCounts census = m_platform.Census();
-  FaultyPlatform faulty(m_platform.Contracts());
+  const CensusCounts census = m_platform->Census();
+  FaultyPlatform faulty(m_platform->Contracts());
   for (int call = 1;; ++call) {
     faulty.FailCall(call);
     try {
@@ -314,7 +314,7 @@ TEST_F(Comparison, AServiceThatFailsIsError7OrNoBitmapAndLeaksNothing) {
     } catch (const RunTimeError& error) {
       EXPECT_EQ(error.Number(), ErrorNumber::OutOfMemory);
     }
-    EXPECT_EQ(m_platform.Census(), census) << call;
+    EXPECT_EQ(m_platform->Census(), census) << call;
     if (!faulty.HasFailed()) break;
   }
 }

@@ -28,7 +28,7 @@ int main() {
   std::cout << "shown on " << std::getenv("DISPLAY") << std::endl;
 
   Long across = 0, down = 0;
-  MSG message;
+  ::MSG message;
   while (!ended && ::GetMessageW(&message, nullptr, 0, 0) > 0) {
     ::TranslateMessage(&message);
     ::DispatchMessageW(&message);
