@@ -132,7 +132,8 @@ void Run(const Options& options) {
               NameOf(options.instructions), peer::Version(), options.rounds);
   Results results;
   {
-    const std::span<const Operation> allOperations[] = {GeometryOperations(), ControlOperations()};
+    const std::span<const Operation> allOperations[] = {GeometryOperations(), ToneOperations(),
+                                                        ControlOperations()};
     std::vector<Page> pages;
     for (const int resolution : kResolutions) pages.emplace_back(resolution, options.instructions);
     for (const auto& operations : allOperations) {

@@ -30,6 +30,7 @@ struct Operation {
 
 // To measure more, write another such function and add it to AllOperations in main.cpp.
 std::span<const Operation> GeometryOperations();
+std::span<const Operation> ToneOperations();
 std::span<const Operation> ControlOperations();
 
 }  // namespace quillet::bench

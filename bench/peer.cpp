@@ -1,5 +1,9 @@
 #include "bench/peer.h"
 
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
 #ifdef QUILLET_BENCH_OPENCV
 
 #include <opencv2/core.hpp>
@@ -28,7 +32,16 @@ struct Target {
 template <typename Call>
 std::function<void()> Into(Long width, Long height, Call call) {
   cv::setNumThreads(1);
-  return [target = std::make_shared<Target>(width, height), call] { call(target->mat); };
+  return [target = std::make_shared<Target>(width, height), call]() mutable { call(target->mat); };
+}
+
+std::function<void()> LightenMat(const Page& page, const cv::Mat& from, double factor) {
+  return Into(page.Width(), page.Height(),
+              [=, source = from, hls = cv::Mat()](cv::Mat& target) mutable {
+                cv::cvtColor(source, hls, cv::COLOR_BGR2HLS);
+                cv::multiply(hls, cv::Scalar(1, factor, 1), hls);
+                cv::cvtColor(hls, target, cv::COLOR_HLS2BGR);
+              });
 }
 
 }  // namespace
@@ -67,6 +80,50 @@ std::function<void()> Resize(const Page& page, Long width, Long height) {
   });
 }
 
+std::function<void()> Invert(const Page& page) {
+  return Into(page.Width(), page.Height(),
+              [](cv::Mat& target) { cv::bitwise_not(target, target); });
+}
+
+std::function<void()> GrayScale(const Page& page) {
+  return Into(page.Width(), page.Height(),
+              [source = MatOf(page), gray = cv::Mat()](cv::Mat& target) mutable {
+                cv::cvtColor(source, gray, cv::COLOR_BGR2GRAY);
+                cv::cvtColor(gray, target, cv::COLOR_GRAY2BGR);
+              });
+}
+
+std::function<void()> BlackWhite(const Page& page) {
+  return Into(page.Width(), page.Height(),
+              [source = MatOf(page), dark = cv::Mat()](cv::Mat& target) mutable {
+                cv::inRange(source, cv::Scalar::all(0), cv::Scalar::all(191), dark);
+                cv::bitwise_not(dark, dark);
+                cv::cvtColor(dark, target, cv::COLOR_GRAY2BGR);
+              });
+}
+
+std::function<void()> Scale(const Page& page, double factor, double offset) {
+  return Into(page.Width(), page.Height(), [=, source = MatOf(page)](cv::Mat& target) {
+    source.convertTo(target, CV_8UC3, factor, offset);
+  });
+}
+
+std::function<void()> Lighten(const Page& page, double factor) {
+  return LightenMat(page, MatOf(page), factor);
+}
+
+std::function<void()> LightenNoise(const Page& page, double factor) {
+  cv::Mat noise(page.Height(), page.Width(), CV_8UC3);
+  cv::randu(noise, cv::Scalar::all(0), cv::Scalar::all(256));
+  return LightenMat(page, noise, factor);
+}
+
+std::function<void()> Filter(const Page& page, std::array<float, 9> kernel) {
+  return Into(page.Width(), page.Height(), [=, source = MatOf(page)](cv::Mat& target) {
+    cv::filter2D(source, target, -1, cv::Mat(3, 3, CV_32F, const_cast<float*>(kernel.data())));
+  });
+}
+
 }  // namespace quillet::bench::peer
 
 #else
@@ -97,6 +154,47 @@ std::function<void()> Resize(const Page&, Long, Long) {
   return nullptr;
 }
 
+std::function<void()> Invert(const Page&) {
+  return nullptr;
+}
+
+std::function<void()> GrayScale(const Page&) {
+  return nullptr;
+}
+
+std::function<void()> BlackWhite(const Page&) {
+  return nullptr;
+}
+
+std::function<void()> Scale(const Page&, double, double) {
+  return nullptr;
+}
+
+std::function<void()> Lighten(const Page&, double) {
+  return nullptr;
+}
+
+std::function<void()> LightenNoise(const Page&, double) {
+  return nullptr;
+}
+
+std::function<void()> Filter(const Page&, std::array<float, 9>) {
+  return nullptr;
+}
+
 }  // namespace quillet::bench::peer
 
 #endif
+
+namespace quillet::bench::peer {
+
+std::function<void()> Compare(const Page& page) {
+  const auto copy = std::make_shared<PixelMemory>(page.ByteCount());
+  std::memcpy(copy->Data(), page.Pixels(), page.ByteCount());
+  return [copy, pixels = page.Pixels()] {
+    if (std::memcmp(copy->Data(), pixels, copy->Size()) != 0)
+      throw std::logic_error("equal pages differ");
+  };
+}
+
+}  // namespace quillet::bench::peer

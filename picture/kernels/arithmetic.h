@@ -37,10 +37,12 @@ inline U NearestFifth(T value) {
   return U(fromTwo > 0 ? fromTwo : T{}) / 5;
 }
 
-// sum / 1000 for a sum from 0 to 255000.
+// sum / 1000 for a sum from 0 to 255000. Half-way, where 1 more or less matters, the sum is
+// 1000 k + 500: with 499 more that is 8 x (125 k + 124) + 7, in which bit 3 is the last bit of k.
 constexpr int HalfEvenThousandth(int sum) {
-  const int halvesDown = (sum + 499) / 1000;
-  return (sum + 499 + (halvesDown & 1)) / 1000;
+  const int nearly = sum + 499;
+  const int isOdd = (nearly >> 3) & 1;
+  return (nearly + isOdd) / 1000;
 }
 
 // The same number, 1000 times.

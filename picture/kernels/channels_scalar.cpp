@@ -13,8 +13,11 @@ constexpr Byte Clamped(int value) {
 }  // namespace
 
 void Invert(Byte* row, std::ptrdiff_t count, PixelBytes changes) {
-  const Byte change[] = {changes.blue, changes.green, changes.red};
-  for (std::ptrdiff_t i = 0; i < count; ++i) row[i] = static_cast<Byte>(row[i] ^ change[i % 3]);
+  for (; count >= 3; count -= 3, row += 3) {
+    row[0] = static_cast<Byte>(row[0] ^ changes.blue);
+    row[1] = static_cast<Byte>(row[1] ^ changes.green);
+    row[2] = static_cast<Byte>(row[2] ^ changes.red);
+  }
 }
 
 void Contrast(Byte* row, std::ptrdiff_t count, Integer factor) {

@@ -36,7 +36,8 @@ struct Kernels {
   void (*RotateStrip)(const Byte* source, std::ptrdiff_t sourceStride, Long width, Long rows,
                       Byte* target, std::ptrdiff_t targetStride);
 
-  // Each channel is combined with its byte of `changes` by exclusive or: 255 inverts, 0 keeps.
+  // Each channel is combined with its byte of `changes` by exclusive or: 255 inverts, 0 keeps. The
+  // count is of whole pixels.
   void (*Invert)(Byte* row, std::ptrdiff_t count, PixelBytes changes);
 
   // Each byte c becomes (c - 128) x factor + 128, the factor from -128 to 128.

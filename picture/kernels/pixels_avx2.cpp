@@ -46,29 +46,22 @@ __m256i Weights(int even, int odd) {
   return _mm256_set1_epi16(static_cast<short>(odd << 8 | even));
 }
 
-__m256i TimesHigh(__m256i words, int factor) {
-  return _mm256_mulhi_epu16(words, _mm256_set1_epi16(static_cast<short>(factor)));
-}
-
-// The grey values of 16 pixels, given as pairs (blue, green) and (red, 1): (sum + 499 + odd) /
-// 1000, where `odd` is the last bit of (sum + 499) / 1000. Of sum + 499, which does not fit into 16
-// bits, `eighths` and an eighth of `rest` are the eighth part; `rest` comes 8 times as large.
+// HalfEvenThousandth of 16 pixels, given as pairs (blue, green) and (red, 1). The sum with 499,
+// which does not fit into 16 bits, is 8 x eighths + rest.
 __m256i GrayOf(__m256i blueGreen, __m256i redOne) {
   // 71 = 8 x 8 + 7, 707 = 8 x 88 + 3, 222 = 8 x 27 + 6, 499 = 8 x 62 + 3.
   const __m256i eighths = _mm256_add_epi16(_mm256_maddubs_epi16(blueGreen, Weights(8, 88)),
                                            _mm256_maddubs_epi16(redOne, Weights(27, 62)));
-  const __m256i rest = _mm256_add_epi16(_mm256_maddubs_epi16(blueGreen, Weights(8 * 7, 8 * 3)),
-                                        _mm256_maddubs_epi16(redOne, Weights(8 * 6, 8 * 3)));
-  const auto eighthPart = [&](__m256i eightTimesRest) {
-    return _mm256_add_epi16(eighths, _mm256_srli_epi16(eightTimesRest, 6));
+  const __m256i rest = _mm256_add_epi16(_mm256_maddubs_epi16(blueGreen, Weights(7, 3)),
+                                        _mm256_maddubs_epi16(redOne, Weights(6, 3)));
+  const auto eighthOfAll = [&](__m256i remainder) {
+    return _mm256_add_epi16(eighths, _mm256_srli_epi16(remainder, 3));
   };
-  // `odd` matters only half-way, where the eighth part is 125 k + 124. 4194 is 2^19 / 125: the last
-  // bit of k is bit 3.
-  const __m256i eightTimesOdd =
-      _mm256_and_si256(TimesHigh(eighthPart(rest), 4194), _mm256_set1_epi16(8));
-  const __m256i all = eighthPart(_mm256_add_epi16(rest, eightTimesOdd));
-  // 33555 is 2^22 / 125, rounded up: exact up to 59000.
-  return _mm256_srli_epi16(TimesHigh(all, 33555), 6);
+  const __m256i isOdd = _mm256_and_si256(eighthOfAll(rest), _mm256_set1_epi16(1));
+  const __m256i all = eighthOfAll(_mm256_add_epi16(rest, isOdd));
+  // all / 125: 33555 is 2^22 / 125, rounded up, and exact up to 59000.
+  const __m256i factor = _mm256_set1_epi16(static_cast<short>(33555));
+  return _mm256_srli_epi16(_mm256_mulhi_epu16(all, factor), 6);
 }
 
 }  // namespace

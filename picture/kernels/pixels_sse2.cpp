@@ -39,36 +39,30 @@ void StoreGray(Byte* to, __m128i left, __m128i right) {
   _mm_storel_epi64(reinterpret_cast<__m128i*>(to + 16), _mm_srli_si128(second, 4));
 }
 
-__m128i TimesHigh(__m128i words, int factor) {
-  return _mm_mulhi_epu16(words, _mm_set1_epi16(static_cast<short>(factor)));
-}
-
-// (sum + 499 + odd) / 8 of four pixels, where `odd` is the last bit of (sum + 499) / 1000.
+// 125 times HalfEvenThousandth of four pixels, and less than 125 more.
 __m128i GrayTimes125(const Byte* from) {
-  // All 8 times as large, as the last bit comes.
-  const __m128i blueRedWeights = _mm_set1_epi32(8 * 71 | 8 * 222 << 16);
-  const __m128i greenWeights = _mm_set1_epi32(8 * 707);
+  const __m128i blueRedWeights = _mm_set1_epi32(71 | 222 << 16);
+  const __m128i greenWeights = _mm_set1_epi32(707);
   const __m128i pixels = LoadSpread(from);
   const __m128i blueRed = _mm_and_si128(pixels, _mm_set1_epi32(0xFF00FF));
   const __m128i green = _mm_srli_epi16(pixels, 8);
-  const __m128i sum = _mm_add_epi32(
+  const __m128i nearly = _mm_add_epi32(
       _mm_add_epi32(_mm_madd_epi16(blueRed, blueRedWeights), _mm_madd_epi16(green, greenWeights)),
-      _mm_set1_epi32(8 * 499));
-  // `odd` matters only half-way, where the eighth of the sum is 125 k + 124. 4194 is 2^19 / 125:
-  // the last bit of k is bit 3.
-  const __m128i eightTimesOdd =
-      _mm_and_si128(TimesHigh(_mm_srli_epi32(sum, 6), 4194), _mm_set1_epi32(8));
-  return _mm_srli_epi32(_mm_add_epi32(sum, eightTimesOdd), 6);
+      _mm_set1_epi32(499));
+  const __m128i isOdd = _mm_and_si128(_mm_srli_epi32(nearly, 3), _mm_set1_epi32(1));
+  return _mm_srli_epi32(_mm_add_epi32(nearly, isOdd), 3);
 }
 
 }  // namespace
 
 void GrayScale(Byte* row, Long width) {
+  // 33555 is 2^22 / 125, rounded up, and exact up to 59000.
+  const __m128i factor = _mm_set1_epi16(static_cast<short>(33555));
   const __m128i inBothBytes = _mm_set1_epi16(0x0101);
   for (; width >= 9; width -= 8, row += 24) {
     const __m128i both = _mm_packs_epi32(GrayTimes125(row), GrayTimes125(row + 12));
-    // 33555 is 2^22 / 125, rounded up: exact up to 59000.
-    const __m128i gray = _mm_mullo_epi16(_mm_srli_epi16(TimesHigh(both, 33555), 6), inBothBytes);
+    const __m128i gray =
+        _mm_mullo_epi16(_mm_srli_epi16(_mm_mulhi_epu16(both, factor), 6), inBothBytes);
     StoreGray(row, _mm_unpacklo_epi16(gray, gray), _mm_unpackhi_epi16(gray, gray));
   }
   scalar::GrayScale(row, width);
