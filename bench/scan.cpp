@@ -121,7 +121,8 @@ void MeasureScan(int dotsPerInch, int rounds, Results& results) {
   PortablePlatform platform;
   const Platform& all = platform.Contracts();
   ReadyWatch watch(all.sources);
-  Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages, watch, all.files};
+  Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
+                     watch,       all.files,    all.codecs, all.dialogs};
   PortableWindow window(platform, 800, 600);
   const auto control = TWAIN::Create(contracts, window.ControlsSurface(), nullptr);
   control->InitProperties();

@@ -1,11 +1,11 @@
 // The operations whose result at a pixel depends on that pixel alone.
 
 #include <algorithm>
-#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include "base/rounding.h"
-#include "base/runtime_error.h"
 #include "picture/cPicture24.h"
 #include "picture/kernels/lighten_table.h"
 #include "picture/lightness.h"
@@ -24,11 +24,12 @@ Byte FadedChannel(Byte channel, Long level) {
 // follow as they were.
 void FadePixels(Byte* row, Long width, Long level) {
   for (Long x = 0; x < width; ++x, row += 3) {
-    const PixelBytes faded{FadedChannel(row[0], level), FadedChannel(row[1], level),
-                           FadedChannel(row[2], level)};
-    row[0] = faded.blue;
-    row[1] = faded.green;
-    row[2] = faded.red;
+    const Byte blue = FadedChannel(row[0], level);
+    const Byte green = FadedChannel(row[1], level);
+    const Byte red = FadedChannel(row[2], level);
+    row[0] = blue;
+    row[1] = green;
+    row[2] = red;
   }
 }
 
@@ -37,7 +38,7 @@ void FadePixels(Byte* row, Long width, Long level) {
 void cPicture24::Invert(bool bRed, bool bGreen, bool bBlue) {
   if (!bRed && !bGreen && !bBlue) return;
   const auto change = [](bool selected) { return static_cast<Byte>(selected ? 255 : 0); };
-  const PixelBytes changes{change(bBlue), change(bGreen), change(bRed)};
+  const PixelPattern changes(change(bBlue), change(bGreen), change(bRed));
   TransformRows(0, 0, [&](DibSection& pixels, Long y) {
     m_kernels.Invert(pixels.Row(y), 3 * std::ptrdiff_t{pixels.Width()}, changes);
   });

@@ -50,13 +50,8 @@ inline std::ptrdiff_t ForEachBlock(Byte* target, std::ptrdiff_t count, Formula f
 
 // Three blocks hold whole pixels.
 template <typename Lanes>
-inline std::ptrdiff_t Invert(Byte* row, std::ptrdiff_t count, PixelBytes changes) {
-  Byte pattern[3 * Lanes::kBytes];
-  for (std::ptrdiff_t i = 0; i < 3 * Lanes::kBytes; i += 3) {
-    pattern[i] = changes.blue;
-    pattern[i + 1] = changes.green;
-    pattern[i + 2] = changes.red;
-  }
+inline std::ptrdiff_t Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes) {
+  const Byte* const pattern = changes.bytes;
   const typename Lanes::Bytes change[] = {Lanes::Load(pattern),
                                           Lanes::Load(pattern + Lanes::kBytes),
                                           Lanes::Load(pattern + 2 * Lanes::kBytes)};

@@ -42,7 +42,7 @@ struct Lanes {
 
 }  // namespace
 
-void Invert(Byte* row, std::ptrdiff_t count, PixelBytes changes) {
+void Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes) {
   const auto done = channels::Invert<Lanes>(row, count, changes);
   sse2::Invert(row + done, count - done, changes);
 }

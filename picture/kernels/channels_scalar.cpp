@@ -12,11 +12,11 @@ constexpr Byte Clamped(int value) {
 
 }  // namespace
 
-void Invert(Byte* row, std::ptrdiff_t count, PixelBytes changes) {
+void Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes) {
   for (; count >= 3; count -= 3, row += 3) {
-    row[0] = static_cast<Byte>(row[0] ^ changes.blue);
-    row[1] = static_cast<Byte>(row[1] ^ changes.green);
-    row[2] = static_cast<Byte>(row[2] ^ changes.red);
+    row[0] = static_cast<Byte>(row[0] ^ changes.bytes[0]);
+    row[1] = static_cast<Byte>(row[1] ^ changes.bytes[1]);
+    row[2] = static_cast<Byte>(row[2] ^ changes.bytes[2]);
   }
 }
 

@@ -12,9 +12,16 @@ enum class InstructionSet { Scalar, Sse2, Avx2 };
 
 class LightenTable;
 
-// One byte for each channel of a pixel.
-struct PixelBytes {
-  Byte blue = 0, green = 0, red = 0;
+// The same pixel over and over, as many times as fill whole vectors of any size.
+struct PixelPattern {
+  PixelPattern(Byte blue, Byte green, Byte red) {
+    for (std::size_t i = 0; i < sizeof bytes; i += 3) {
+      bytes[i] = blue;
+      bytes[i + 1] = green;
+      bytes[i + 2] = red;
+    }
+  }
+  Byte bytes[96];
 };
 
 // Row functions on 24-bit pixels (3 bytes each: blue, green, red). Widths in pixels, at least 1;
@@ -36,9 +43,9 @@ struct Kernels {
   void (*RotateStrip)(const Byte* source, std::ptrdiff_t sourceStride, Long width, Long rows,
                       Byte* target, std::ptrdiff_t targetStride);
 
-  // Each channel is combined with its byte of `changes` by exclusive or: 255 inverts, 0 keeps. The
+  // Each channel is combined with its byte in `changes` by exclusive or: 255 inverts, 0 keeps. The
   // count is of whole pixels.
-  void (*Invert)(Byte* row, std::ptrdiff_t count, PixelBytes changes);
+  void (*Invert)(Byte* row, std::ptrdiff_t count, const PixelPattern& changes);
 
   // Each byte c becomes (c - 128) x factor + 128, the factor from -128 to 128.
   void (*Contrast)(Byte* row, std::ptrdiff_t count, Integer factor);

@@ -62,17 +62,17 @@ void BlackWhite(Byte* row, Long width) {
 }
 
 void Lighten(Byte* row, Long width, const LightenTable& table) {
-  PixelBytes before{row[0], row[1], row[2]};
+  Byte before[] = {row[0], row[1], row[2]};
   LightenPixel(row, table);
   // Pixels like their left neighbour are the rule on a page.
   for (Long x = 1; x < width; ++x) {
     const Byte* const left = row;
     row += 3;
-    if (row[0] == before.blue && row[1] == before.green && row[2] == before.red) {
-      for (int channel = 0; channel < 3; ++channel) row[channel] = left[channel];
+    if (std::equal(before, before + 3, row)) {
+      std::copy_n(left, 3, row);
       continue;
     }
-    before = {row[0], row[1], row[2]};
+    std::copy_n(row, 3, before);
     LightenPixel(row, table);
   }
 }

@@ -9,7 +9,7 @@
 // The tone kernels and filters, one namespace to an instruction set; kernels.h says what they do.
 namespace quillet::scalar {
 
-void Invert(Byte* row, std::ptrdiff_t count, PixelBytes changes);
+void Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes);
 void Contrast(Byte* row, std::ptrdiff_t count, Integer factor);
 void Fade(Byte* row, std::ptrdiff_t count, Byte level);
 void SharpenByHalf(Byte* row, const Byte* diagonal, std::ptrdiff_t count);
@@ -24,7 +24,7 @@ void Lighten(Byte* row, Long width, const LightenTable& table);
 #ifdef QUILLET_X86
 namespace quillet::sse2 {
 
-void Invert(Byte* row, std::ptrdiff_t count, PixelBytes changes);
+void Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes);
 void Contrast(Byte* row, std::ptrdiff_t count, Integer factor);
 void Fade(Byte* row, std::ptrdiff_t count, Byte level);
 void SharpenByHalf(Byte* row, const Byte* diagonal, std::ptrdiff_t count);
@@ -37,7 +37,7 @@ void BlackWhite(Byte* row, Long width);
 
 namespace quillet::avx2 {
 
-void Invert(Byte* row, std::ptrdiff_t count, PixelBytes changes);
+void Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes);
 void Contrast(Byte* row, std::ptrdiff_t count, Integer factor);
 void Fade(Byte* row, std::ptrdiff_t count, Byte level);
 void SharpenByHalf(Byte* row, const Byte* diagonal, std::ptrdiff_t count);

@@ -179,10 +179,8 @@ TEST(ToneKernels, EverySetChangesExactlyTheRow) {
     const char* name;
     std::function<void(const Kernels&, Rows&)> run;
   } actions[] = {
-      {"invert",
-       [](const Kernels& k, Rows& r) {
-         k.Invert(r.Row(1), 3 * r.width, {255, 0, 255});
-       }},
+      {"invert", [](const Kernels& k,
+                    Rows& r) { k.Invert(r.Row(1), 3 * r.width, PixelPattern(255, 0, 255)); }},
       {"contrast", [](const Kernels& k, Rows& r) { k.Contrast(r.Row(1), 3 * r.width, -3); }},
       {"fade", [](const Kernels& k, Rows& r) { k.Fade(r.Row(1), 3 * r.width, 99); }},
       {"sharpen",
