@@ -82,7 +82,6 @@ TEST(CommandLine, DescribesTheScannerAndItsFaults) {
         "DAT_IDENTITY/MSG_SET=3", "DAT_IDENTITY/MSG_SET/CAP_XFERCOUNT=TWRC_CANCEL",
         "DAT_CAPABILITY/MSG_SET/=TWRC_CANCEL"})
     EXPECT_EQ(Parse({"--fault", fault}).errors.size(), 1u) << fault;
-  EXPECT_FALSE(Parse({"--source", "Nobody"}).errors.empty());
   EXPECT_FALSE(Parse({"--page", ""}).errors.empty());
 }
 

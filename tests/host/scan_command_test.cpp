@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "tests/support/bmp_file.h"
 #include "tests/support/environment_variable.h"
 #include "tests/support/run_command.h"
@@ -53,6 +55,16 @@ TEST_F(ScanCommand, AChosenSourceIsTheNextRunsToo) {
   EXPECT_EQ(Quillet({"SelectSource", "Scan", "Picture"}).out, "827x1169\n");
   EXPECT_EQ(Quillet({"--source", "Flatbed", "Scan", "Picture"}).out, "620x877\n");
   EXPECT_EQ(Quillet({"Scan", "Picture"}).out, "827x1169\n");
+}
+
+TEST_F(ScanCommand, ASourceThatIsNotThereIsWrongUsage) {
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"--source", "Nobody", "Quality"}, {"@choose:Nobody", "Quality"}}) {
+    const Outcome outcome = Quillet(arguments);
+    EXPECT_EQ(outcome.status, 2) << arguments[0];
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_NE(outcome.err.find("there is no source Nobody"), std::string::npos) << outcome.err;
+  }
 }
 
 TEST_F(ScanCommand, EverySourceDoesWhatTheListSays) {

@@ -122,7 +122,6 @@ TEST(Step, WhatCannotRunIsWrongUsage) {
       "@layout=1",
       "@keep",
       "@keep:",
-      "@choose:Nobody",
       "@choose",
       "@source:later",
       "@answer",
