@@ -67,13 +67,11 @@ class PngReader {
         if (self.m_reader.Read({target, size}) != size) RefuseImage("the file is cut short");
       });
     });
-    // Samples are taken as they are: a gamma would change how the library mixes them with the
-    // background.
-    constexpr Byte kColorSpaces[] = "gAMA\0cHRM\0sRGB\0iCCP";
-    png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, kColorSpaces, 4);
-    // Bounds for what is no pixel: none of it is looked at.
-    png_set_chunk_malloc_max(m_png, std::size_t{8} << 20);
-    png_set_chunk_cache_max(m_png, 64);
+    // Nothing but pixels and resolution is looked at: texts and profiles could take up memory, and
+    // a gamma would change how the library mixes samples with the background.
+    png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
+    constexpr Byte kResolution[] = "pHYs";
+    png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_AS_DEFAULT, kResolution, 1);
     constexpr png_uint_32 kMostSize = png_uint_32{1} << 30;
     png_set_user_limits(m_png, kMostSize, kMostSize);
   }
