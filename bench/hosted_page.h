@@ -6,7 +6,7 @@
 #include "bench/page.h"
 #include "control/TWAIN.h"
 #include "control/dispatch.h"
-#include "host/portable_window.h"
+#include "embed/portable_window.h"
 
 namespace quillet::bench {
 

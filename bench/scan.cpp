@@ -12,7 +12,7 @@
 
 #include "control/TWAIN.h"
 #include "control/dispatch.h"
-#include "host/portable_window.h"
+#include "embed/portable_window.h"
 #include "platform/portable/byte_source.h"
 #include "platform/portable/pixel_memory.h"
 #include "platform/portable/portable_platform.h"

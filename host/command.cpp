@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "base/runtime_error.h"
+#include "embed/stage.h"
 #include "host/command_line.h"
 #include "host/exit_status.h"
 #include "host/format.h"
@@ -13,7 +14,6 @@
 #include "host/member_table.h"
 #include "host/runner.h"
 #include "host/source_faults.h"
-#include "host/stage.h"
 #include "twain/trace.h"
 
 namespace quillet {

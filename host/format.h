@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "control/events.h"
-#include "host/control_window.h"
+#include "embed/control_window.h"
 #include "platform/contracts/bitmap_services.h"
 #include "platform/contracts/census.h"
 

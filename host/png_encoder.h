@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "host/control_window.h"
+#include "embed/control_window.h"
 
 namespace quillet {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/control_window.h"
+#include "embed/control_window.h"
 
 namespace quillet {
 

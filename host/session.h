@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "control/dispatch.h"
-#include "host/control_window.h"
+#include "embed/control_window.h"
 #include "platform/contracts/platform.h"
 
 namespace quillet {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "host/text.h"
 #include "host/usage_error.h"
 

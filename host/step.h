@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "control/dispatch.h"
-#include "host/control_window.h"
+#include "embed/control_window.h"
 
 namespace quillet {
 

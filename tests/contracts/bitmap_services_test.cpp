@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "tests/contracts/platform_traits.h"
 #include "tests/support/pictures.h"
 #include "tests/support/print_census.h"

@@ -8,7 +8,7 @@
 #include <numeric>
 #include <vector>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "tests/support/error_of.h"
 #include "tests/support/temporary_folder.h"
 

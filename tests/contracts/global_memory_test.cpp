@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "tests/support/print_census.h"
 
 namespace quillet {

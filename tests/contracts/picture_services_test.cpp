@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "tests/support/bmp_file.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"

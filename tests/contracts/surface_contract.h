@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "tests/support/recording_surface_events.h"
 #include "tests/support/surface_layout.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 
 namespace quillet {
 namespace {

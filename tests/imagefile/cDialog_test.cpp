@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 
 namespace quillet {
 namespace {

@@ -7,7 +7,7 @@
 #include <limits>
 #include <utility>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"
 #include "tests/support/forwarding_bitmaps.h"

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "picture/cPicture24.h"
 #include "picture/lightness.h"
 #include "tests/support/error_of.h"

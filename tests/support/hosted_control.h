@@ -7,7 +7,7 @@
 
 #include "control/TWAIN.h"
 #include "control/dispatch.h"
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "tests/support/pictures.h"
 
 namespace quillet {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "host/portable_stage.h"
+#include "embed/portable_stage.h"
 #include "platform/portable/simulated_user.h"
 #include "tests/support/environment_variable.h"
 #include "tests/support/hosted_control.h"

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "host/portable_window.h"
+#include "embed/portable_window.h"
 #include "platform/portable/portable_messages.h"
 #include "platform/portable/portable_platform.h"
 #include "tests/support/temporary_folder.h"

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "base/runtime_error.h"
-#include "host/portable_stage.h"
+#include "embed/portable_stage.h"
 #include "platform/portable/portable_messages.h"
 #include "platform/portable/portable_source_manager.h"
 #include "platform/portable/simulated_user.h"

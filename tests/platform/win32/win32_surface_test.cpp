@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/win32_window.h"
+#include "embed/win32_window.h"
 #include "platform/win32/win32_platform.h"
 #include "tests/support/error_of.h"
 #include "tests/support/pictures.h"

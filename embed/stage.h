@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/control_window.h"
+#include "embed/control_window.h"
 #include "platform/contracts/census.h"
 #include "platform/contracts/platform.h"
 

@@ -1,4 +1,4 @@
-#include "host/win32_window.h"
+#include "embed/win32_window.h"
 
 #include <cstddef>
 #include <limits>

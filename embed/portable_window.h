@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/control_window.h"
+#include "embed/control_window.h"
 #include "platform/portable/portable_surface.h"
 
 namespace quillet {

@@ -1,6 +1,6 @@
-#include "host/portable_stage.h"
+#include "embed/portable_stage.h"
 
-#include "host/portable_window.h"
+#include "embed/portable_window.h"
 #include "platform/portable/default_source_file.h"
 #include "platform/portable/portable_source_manager.h"
 #include "platform/portable/source_model.h"

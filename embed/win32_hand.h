@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "host/control_window.h"
+#include "embed/control_window.h"
 #include "platform/win32/win32_surface.h"
 
 namespace quillet {

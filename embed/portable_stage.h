@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/stage.h"
+#include "embed/stage.h"
 #include "platform/portable/portable_platform.h"
 
 namespace quillet {

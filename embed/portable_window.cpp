@@ -1,4 +1,4 @@
-#include "host/portable_window.h"
+#include "embed/portable_window.h"
 
 #include <utility>
 

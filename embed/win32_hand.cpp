@@ -1,4 +1,4 @@
-#include "host/win32_hand.h"
+#include "embed/win32_hand.h"
 
 #include <algorithm>
 #include <cstdlib>

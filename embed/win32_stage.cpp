@@ -1,6 +1,6 @@
 #include "base/runtime_error.h"
-#include "host/stage.h"
-#include "host/win32_window.h"
+#include "embed/stage.h"
+#include "embed/win32_window.h"
 #include "platform/win32/win32_platform.h"
 
 namespace quillet {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/control_window.h"
-#include "host/win32_hand.h"
+#include "embed/control_window.h"
+#include "embed/win32_hand.h"
 #include "platform/win32/win32_surface.h"
 #include "platform/win32/window_classes.h"
 
