@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "base/runtime_error.h"
+#include "platform/win32/file_names.h"
 #include "platform/win32/sdk.h"
-#include "platform/win32/text.h"
 
 namespace quillet {
 namespace {
@@ -28,19 +28,12 @@ ErrorNumber OpenError(DWORD error) noexcept {
   }
 }
 
-bool IsFolder(const std::wstring& name) noexcept {
-  const DWORD attributes = ::GetFileAttributesW(name.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
 }  // namespace
 
 Win32FileSource::Win32FileSource(const std::string& fileName) {
   // A name that the system would see cut short names no file.
-  if (fileName.empty() || fileName.find('\0') != std::string::npos) {
-    throw RunTimeError(ErrorNumber::FileNotFound);
-  }
-  const std::wstring name = Utf16(fileName);
+  const std::wstring name = SystemFileName(fileName);
+  if (name.empty()) throw RunTimeError(ErrorNumber::FileNotFound);
   m_file = ::CreateFileW(name.c_str(), GENERIC_READ,
                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);

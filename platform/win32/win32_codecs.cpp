@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "platform/win32/file_names.h"
+#include "platform/win32/replacing_file.h"
 #include "platform/win32/sdk.h"
 #include "platform/win32/text.h"
 
@@ -72,6 +74,21 @@ CodecStatus AddFurtherFrames(Gdiplus::GpBitmap* image) {
   return CodecStatus::Ok;
 }
 
+// Of a system's error about the file to write.
+CodecStatus StatusOf(unsigned long error, const std::wstring& target) {
+  switch (error) {
+    case 0:
+      return CodecStatus::Ok;
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+      return CodecStatus::FileNotFound;
+    case ERROR_ACCESS_DENIED:
+      return IsFolder(target) ? CodecStatus::Win32Error : CodecStatus::AccessDenied;
+    default:
+      return CodecStatus::Win32Error;
+  }
+}
+
 }  // namespace
 
 CodecStatus Win32Codecs::GdiplusStartup(std::uintptr_t& token) {
@@ -107,7 +124,8 @@ CodecStatus Win32Codecs::GdipCreateBitmapFromHBITMAP(BitmapHandle bitmap, ImageH
 
 CodecStatus Win32Codecs::GdipCreateBitmapFromFile(const std::string& fileName, ImageHandle& image) {
   Gdiplus::GpBitmap* made = nullptr;
-  const CodecStatus status = Status(flat::GdipCreateBitmapFromFile(Utf16(fileName).c_str(), &made));
+  const CodecStatus status =
+      Status(flat::GdipCreateBitmapFromFile(SystemFileName(fileName).c_str(), &made));
   image = ImageHandle{reinterpret_cast<std::uintptr_t>(made)};
   return status;
 }
@@ -128,25 +146,19 @@ CodecStatus Win32Codecs::GdipSaveImageToFile(ImageHandle image, const std::strin
                                              const EncoderParameters& parameters) {
   const ::CLSID identifier = Native(encoder);
   const NativeParameters native(parameters);
-  const std::wstring target = Utf16(fileName);
+  const std::wstring target = SystemFileName(fileName);
+  if (target.empty()) return CodecStatus::InvalidParameter;
   if (KeepsFileOpen(parameters)) {
     const CodecStatus status =
         Status(flat::GdipSaveImageToFile(Native(image), target.c_str(), &identifier, native.get()));
     return status == CodecStatus::Ok ? AddFurtherFrames(Native(image)) : status;
   }
-  if (target.empty()) return CodecStatus::InvalidParameter;
-  const DWORD attributes = ::GetFileAttributesW(target.c_str());
-  const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
-  if (isThere && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0)
-    return CodecStatus::AccessDenied;
-  const std::wstring beside = target + L".quillet-new";
-  CodecStatus status =
-      Status(flat::GdipSaveImageToFile(Native(image), beside.c_str(), &identifier, native.get()));
-  if (status == CodecStatus::Ok &&
-      !::MoveFileExW(beside.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING))
-    status = CodecStatus::Win32Error;
-  if (status != CodecStatus::Ok) ::DeleteFileW(beside.c_str());
-  return status;
+  ReplacingFile file(target);
+  if (file.Error() != 0) return StatusOf(file.Error(), target);
+  const CodecStatus status = Status(
+      flat::GdipSaveImageToFile(Native(image), file.Name().c_str(), &identifier, native.get()));
+  if (status != CodecStatus::Ok) return status;
+  return StatusOf(file.Commit(), target);
 }
 
 CodecStatus Win32Codecs::GdipSaveAddImage(ImageHandle image, ImageHandle newImage,

@@ -1,34 +1,47 @@
 #include "platform/win32/win32_files.h"
 
 #include <algorithm>
-#include <array>
 
 #include "base/runtime_error.h"
+#include "platform/win32/file_names.h"
+#include "platform/win32/replacing_file.h"
 #include "platform/win32/sdk.h"
 #include "platform/win32/text.h"
 
 namespace quillet {
 namespace {
 
-// Of the last system error; `what` is the file or folder it came from.
-[[noreturn]] void Fail(const std::string& what) {
-  switch (::GetLastError()) {
+// `name` is the file or folder that the system's error came from.
+[[noreturn]] void Fail(DWORD error, const std::string& name) {
+  switch (error) {
     case ERROR_FILE_NOT_FOUND:
-      throw RunTimeError(ErrorNumber::FileNotFound, what);
+      throw RunTimeError(ErrorNumber::FileNotFound, name);
     case ERROR_PATH_NOT_FOUND:
     case ERROR_INVALID_DRIVE:
     case ERROR_DIRECTORY:
-      throw RunTimeError(ErrorNumber::PathNotFound, what);
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+      throw RunTimeError(ErrorNumber::PathNotFound, name);
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
-      throw RunTimeError(ErrorNumber::DiskFull, what);
+      throw RunTimeError(ErrorNumber::DiskFull, name);
     case ERROR_ACCESS_DENIED:
+      // That is also what the system says of a folder that is taken for a file.
+      if (IsFolder(SystemFileName(name))) throw RunTimeError(ErrorNumber::PathFileAccess, name);
+      [[fallthrough]];
     case ERROR_SHARING_VIOLATION:
+    case ERROR_USER_MAPPED_FILE:
     case ERROR_WRITE_PROTECT:
-      throw RunTimeError(ErrorNumber::PermissionDenied, what);
+      throw RunTimeError(ErrorNumber::PermissionDenied, name);
     default:
-      throw RunTimeError(ErrorNumber::PathFileAccess, what);
+      throw RunTimeError(ErrorNumber::PathFileAccess, name);
   }
+}
+
+std::wstring RequireFileName(const std::string& name) {
+  std::wstring system = SystemFileName(name);
+  if (system.empty()) throw RunTimeError(ErrorNumber::PathFileAccess);
+  return system;
 }
 
 class UniqueFile {
@@ -50,61 +63,61 @@ class UniqueFile {
 }  // namespace
 
 std::string Win32Files::GetTempPathA() {
-  std::array<wchar_t, MAX_PATH + 2> folder{};
-  if (::GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()) == 0) Fail("TEMP");
-  return Utf8(folder.data());
+  std::wstring folder(MAX_PATH + 1, L'\0');
+  DWORD length = ::GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
+  if (length > folder.size()) {
+    folder.resize(length);
+    length = ::GetTempPathW(length, folder.data());
+  }
+  if (length == 0 || length > folder.size()) Fail(ERROR_PATH_NOT_FOUND, "TEMP");
+  folder.resize(length);
+  return Utf8(folder);
 }
 
-// The system's own service forms names from 16 bits that any program can foresee: names of ours are
-// made of a counter that nobody else has, and created exclusively.
 std::string Win32Files::GetTempFileNameA(const std::string& folder, const std::string& prefix) {
-  for (;;) {
-    LARGE_INTEGER ticks{};
-    ::QueryPerformanceCounter(&ticks);
-    const std::string name = folder + prefix + std::to_string(::GetCurrentProcessId()) + "-" +
-                             std::to_string(ticks.QuadPart) + ".tmp";
-    const UniqueFile file(::CreateFileW(Utf16(name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                        FILE_ATTRIBUTE_TEMPORARY, nullptr));
-    if (file) return name;
-    if (::GetLastError() != ERROR_FILE_EXISTS) Fail(name);
-  }
+  std::string beginning = folder;
+  if (!folder.empty() && !folder.ends_with('\\') && !folder.ends_with('/')) beginning += '\\';
+  beginning += prefix;
+  const std::wstring begin = RequireFileName(beginning);
+  const std::wstring name = CreateUniqueFile(begin);
+  if (name.empty()) Fail(::GetLastError(), beginning);
+  return beginning + Utf8(name.substr(begin.size()));
 }
 
 void Win32Files::WriteFile(const std::string& fileName,
                            std::span<const std::span<const Byte>> pieces) {
-  const UniqueFile file(::CreateFileW(Utf16(fileName).c_str(), GENERIC_WRITE, 0, nullptr,
+  const UniqueFile file(::CreateFileW(RequireFileName(fileName).c_str(), GENERIC_WRITE, 0, nullptr,
                                       CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) Fail(fileName);
+  if (!file) Fail(::GetLastError(), fileName);
   constexpr std::size_t kLargest = std::size_t{64} << 20;
   for (std::span<const Byte> rest : pieces) {
     while (!rest.empty()) {
       const auto size = static_cast<DWORD>(std::min(rest.size(), kLargest));
       DWORD written = 0;
       if (!::WriteFile(file.get(), rest.data(), size, &written, nullptr) || written == 0)
-        Fail(fileName);
+        Fail(::GetLastError(), fileName);
       rest = rest.subspan(written);
     }
   }
 }
 
 void Win32Files::CopyFile(const std::string& source, const std::string& destination) {
-  const std::wstring target = Utf16(destination);
-  const DWORD attributes = ::GetFileAttributesW(target.c_str());
-  const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
-  if (isThere && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0)
-    throw RunTimeError(ErrorNumber::PermissionDenied, destination);
-  const std::wstring beside = target + L".quillet-new";
-  if (::CopyFileW(Utf16(source).c_str(), beside.c_str(), FALSE) &&
-      ::MoveFileExW(beside.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING))
-    return;
-  const DWORD error = ::GetLastError();
-  ::DeleteFileW(beside.c_str());
-  ::SetLastError(error);
-  Fail(destination);
+  const std::wstring from = RequireFileName(source);
+  const DWORD attributes = ::GetFileAttributesW(from.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) Fail(::GetLastError(), source);
+  if (IsFolder(from)) throw RunTimeError(ErrorNumber::PathFileAccess, source);
+
+  ReplacingFile target(RequireFileName(destination));
+  if (target.Error() != 0) Fail(target.Error(), destination);
+  if (!::CopyFileW(from.c_str(), target.Name().c_str(), FALSE)) {
+    const DWORD error = ::GetLastError();
+    Fail(error, error == ERROR_DISK_FULL ? destination : source);
+  }
+  if (const DWORD error = target.Commit()) Fail(error, destination);
 }
 
 void Win32Files::DeleteFile(const std::string& fileName) {
-  if (!::DeleteFileW(Utf16(fileName).c_str())) Fail(fileName);
+  if (!::DeleteFileW(RequireFileName(fileName).c_str())) Fail(::GetLastError(), fileName);
 }
 
 }  // namespace quillet

@@ -17,8 +17,9 @@ GlobalHandle Win32Memory::GlobalAlloc(std::size_t bytes) {
   return block;
 }
 
+// The system locks any number that may be an address; asked for a size it looks closer.
 void* Win32Memory::GlobalLock(GlobalHandle block) {
-  return block == GlobalHandle::None ? nullptr : ::GlobalLock(Native(block));
+  return GlobalSize(block) == 0 ? nullptr : ::GlobalLock(Native(block));
 }
 
 void Win32Memory::GlobalUnlock(GlobalHandle block) {

@@ -1,5 +1,7 @@
 #include "platform/win32/win32_source_manager.h"
 
+#include <utility>
+
 #include "base/runtime_error.h"
 #include "platform/win32/sdk.h"
 #include "platform/win32/text.h"
@@ -10,36 +12,40 @@ namespace {
 using EntryPoint = TW_UINT16(WINAPI*)(TW_IDENTITY*, TW_IDENTITY*, TW_UINT32, TW_UINT16, TW_UINT16,
                                       void*);
 
-#ifdef _WIN64
-constexpr const wchar_t* kLibraries[] = {L"TWAINDSM.DLL", L"TWAIN_32.DLL"};
-#else
-constexpr const wchar_t* kLibraries[] = {L"TWAIN_32.DLL"};
-#endif
-
 }  // namespace
 
-Win32SourceManager::~Win32SourceManager() {
-  if (m_library) ::FreeLibrary(static_cast<HMODULE>(m_library));
+Win32SourceManager::Win32SourceManager()
+#ifdef _WIN64
+    : Win32SourceManager({L"TWAINDSM.DLL", L"TWAIN_32.DLL"}){}
+#else
+    : Win32SourceManager({L"TWAIN_32.DLL"}) {
+}
+#endif
+
+      Win32SourceManager::Win32SourceManager(std::vector<std::wstring> libraries)
+    : m_libraries(std::move(libraries)) {
 }
 
 void Win32SourceManager::Bind() {
   bool isThere = false;
-  for (const wchar_t* name : kLibraries) {
-    const HMODULE library = ::LoadLibraryW(name);
+  for (const std::wstring& name : m_libraries) {
+    const HMODULE library = ::LoadLibraryW(name.c_str());
     if (!library) {
       isThere = isThere || ::GetLastError() != ERROR_MOD_NOT_FOUND;
       continue;
     }
     isThere = true;
     if (const FARPROC entry = ::GetProcAddress(library, "DSM_Entry")) {
-      m_library = library;
+      HMODULE pinned = nullptr;
+      ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                           reinterpret_cast<const wchar_t*>(entry), &pinned);
       m_entry = reinterpret_cast<void*>(entry);
       return;
     }
     ::FreeLibrary(library);
   }
   throw RunTimeError(isThere ? ErrorNumber::LibraryNotLoaded : ErrorNumber::FileNotFound,
-                     Utf8(kLibraries[0]));
+                     Utf8(m_libraries.front()));
 }
 
 TW_UINT16 Win32SourceManager::DSM_Entry(TW_IDENTITY* pOrigin, TW_IDENTITY* pDest, TW_UINT32 group,

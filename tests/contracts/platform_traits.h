@@ -10,6 +10,10 @@ struct PlatformTraits {
   int depthOfCopies = 0;
   // CopyImage may hand back its source where that is what was asked for.
   bool copyMayBeItsSource = false;
+  // What stands between folders in the names that the platform makes.
+  char folderSeparator = '/';
+  // A file's permissions tell who may read it besides its owner.
+  bool filesShowWhoMayRead = true;
 };
 
 // Those of the platform that the tests are built for.

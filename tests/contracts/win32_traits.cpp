@@ -7,7 +7,10 @@ PlatformTraits TraitsOfPlatform() {
   const HDC screen = ::GetDC(nullptr);
   const int depth = ::GetDeviceCaps(screen, BITSPIXEL);
   ::ReleaseDC(nullptr, screen);
-  return {.depthOfCopies = depth, .copyMayBeItsSource = true};
+  return {.depthOfCopies = depth,
+          .copyMayBeItsSource = true,
+          .folderSeparator = '\\',
+          .filesShowWhoMayRead = false};
 }
 
 }  // namespace quillet

@@ -15,7 +15,7 @@ class ScanCommand : public testing::Test {
  protected:
   TemporaryFolder folder;
   EnvironmentVariable state{"XDG_STATE_HOME", folder.Path("state")};
-  EnvironmentVariable temporaryFolder{"TMPDIR", folder.Path("")};
+  EnvironmentVariable temporaryFolder{kTemporaryFolder, folder.Path("")};
 };
 
 TEST_F(ScanCommand, TracesTheWholeRoad) {

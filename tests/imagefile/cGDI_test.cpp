@@ -1,12 +1,11 @@
 #include "imagefile/cGDI.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
 
-#include "platform/portable/portable_platform.h"
+#include "embed/stage.h"
 #include "tests/support/environment_variable.h"
 #include "tests/support/faulty_platform.h"
 #include "tests/support/pictures.h"
@@ -37,7 +36,7 @@ class ImageFiles : public testing::Test {
     m_picture.reset();
     EXPECT_EQ(m_codecs.LiveImages(), 0);
     EXPECT_EQ(m_codecs.Starts(), 0);
-    EXPECT_EQ(m_platform.Census(), CensusCounts{});
+    EXPECT_EQ(m_stage->Census(), CensusCounts{});
   }
   static std::string Content(const std::string& name) {
     std::ifstream file(name, std::ios::binary);
@@ -45,9 +44,10 @@ class ImageFiles : public testing::Test {
   }
   Long Status(CodecStatus status) { return static_cast<Long>(status); }
 
-  PortablePlatform m_platform;
-  ScriptedCodecs m_codecs{m_platform.Contracts()};
-  FaultyPlatform m_faulty{m_platform.Contracts()};
+  const std::unique_ptr<Stage> m_stage = MakeStage();
+  Platform& m_platform = m_stage->Contracts();
+  ScriptedCodecs m_codecs{m_platform};
+  FaultyPlatform m_faulty{m_platform};
   Platform m_contracts{m_faulty.Contracts().bitmaps,
                        m_faulty.Contracts().pictures,
                        m_faulty.Contracts().memory,
@@ -56,7 +56,7 @@ class ImageFiles : public testing::Test {
                        m_faulty.Contracts().files,
                        m_codecs,
                        m_faulty.Contracts().dialogs};
-  PictureRef m_picture = PictureOf(m_platform.Contracts(), 5, 4, Gradient);
+  PictureRef m_picture = PictureOf(m_platform, 5, 4, Gradient);
   cGDI m_gdi{m_contracts};
   TemporaryFolder m_folder;
   const std::string m_file = m_folder.Path("file");
@@ -101,7 +101,7 @@ TEST_F(Save, EndsAtTheFirstStepThatFailsAndAnswersItsStatus) {
       {"Save", "Startup FromHBITMAP " + save + " Dispose(1) Shutdown"},
   };
   for (const auto& [step, calls] : cases) {
-    ScriptedCodecs codecs(m_platform.Contracts());
+    ScriptedCodecs codecs(m_platform);
     codecs.Answer(step, CodecStatus::Win32Error);
     Platform contracts{m_contracts.bitmaps,
                        m_contracts.pictures,
@@ -122,8 +122,8 @@ TEST_F(Save, EndsAtTheFirstStepThatFailsAndAnswersItsStatus) {
 
 TEST_F(Save, WithoutABitmapTouchesNoFile) {
   m_folder.Write("file", std::vector<Byte>{'o', 'l', 'd'});
-  for (const PictureRef& picture : {PictureRef(), m_platform.Contracts().pictures.EmptyPicture(),
-                                    IconPicture(m_platform.Contracts())}) {
+  for (const PictureRef& picture :
+       {PictureRef(), m_platform.pictures.EmptyPicture(), IconPicture(m_platform)}) {
     m_gdi.PutBitmapPicture(picture);
     EXPECT_EQ(m_gdi.SaveImage(m_file, 0, 70, 0), Status(CodecStatus::InvalidParameter));
     EXPECT_EQ(m_codecs.TakeCalls(), "Startup FromHBITMAP Shutdown");
@@ -187,13 +187,14 @@ class SaveAdd : public ImageFiles {
   }
 
   const std::string m_temporaryFolder = m_folder.Path("temporary");
-  const EnvironmentVariable m_variable{"TMPDIR", m_temporaryFolder};
+  const EnvironmentVariable m_variable{kTemporaryFolder, m_temporaryFolder};
 };
 
 TEST_F(SaveAdd, WritesPageAfterPageIntoATemporaryFileThatThenReplacesTheOld) {
   EXPECT_EQ(m_gdi.SaveAddImage(m_file), 0);
   std::string calls = m_codecs.TakeCalls();
-  const std::size_t name = calls.find(m_temporaryFolder + "/tmp");
+  const std::size_t name =
+      calls.find(fs::path(m_temporaryFolder + "/tmp").make_preferred().string());
   ASSERT_NE(name, std::string::npos);
   calls.replace(name, calls.find(',', name) - name, "TEMPORARY");
   EXPECT_EQ(calls, "Startup FromFile(" + m_file + ") Save(1,TEMPORARY," + kTiff + "," +
@@ -262,7 +263,7 @@ TEST_F(SaveAdd, AnswersTheNumberOfAFileSystemErrorAfterTheImagesWereReleased) {
 }
 
 TEST_F(SaveAdd, AReadOnlyFileIsRefusedAndStays) {
-  chmod(m_file.c_str(), 0444);
+  fs::permissions(m_file, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
   EXPECT_EQ(m_gdi.SaveAddImage(m_file), 70);
   EXPECT_EQ(Content(m_file), "old");
   ExpectLeft("first+page+end");

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/contracts/bitmap_services.h"
-#include "platform/portable/portable_messages.h"
 #include "twain/protocol_names.h"
 
 namespace quillet {
@@ -21,6 +20,15 @@ std::string NameOfOperation(TW_UINT16 argumentType, TW_UINT16 message, const voi
   if (message == MSG_SET || message == MSG_GET)
     return name + " " + NameOf(ProtocolConstant::ArgumentType, argumentType);
   return name;
+}
+
+// Numbers from here on are made by programs at run time.
+constexpr std::uint32_t kFirstOwn = 0xC000;
+
+std::uint32_t MessageOf(const void* pData) {
+  TW_EVENT event;
+  std::memcpy(&event, pData, sizeof event);
+  return static_cast<const MSG*>(event.pEvent)->message;
 }
 
 template <typename T>
@@ -67,15 +75,17 @@ TW_UINT16 ScriptedSourceManager::DSM_Entry(TW_IDENTITY* pOrigin, TW_IDENTITY* pD
   if (toManager == (pDest != nullptr) || group != (isImage ? DG_IMAGE : DG_CONTROL))
     wrongShape = true;
   const std::string operation = NameOfOperation(argumentType, message, pData);
-  if (!m_calls.empty()) m_calls += ' ';
-  m_calls += operation;
+  const bool isForeign = message == MSG_PROCESSEVENT && MessageOf(pData) < kFirstOwn;
+  if (!isForeign) {
+    if (!m_calls.empty()) m_calls += ' ';
+    m_calls += operation;
+  }
   if (argumentType == DAT_CAPABILITY && message == MSG_SET) {
     TW_CAPABILITY capability;
     std::memcpy(&capability, pData, sizeof capability);
     TW_ONEVALUE value{};
-    GlobalMemory& memory = m_platform.Contracts().memory;
-    const GlobalLockGuard lock(memory, capability.hContainer);
-    if (lock.get() && memory.GlobalSize(capability.hContainer) == sizeof value)
+    const GlobalLockGuard lock(m_memory, capability.hContainer);
+    if (lock.get() && m_memory.GlobalSize(capability.hContainer) == sizeof value)
       std::memcpy(&value, lock.get(), sizeof value);
     char text[32];
     std::snprintf(text, sizeof text, "(%d,0x%X)", value.ItemType,
@@ -87,7 +97,7 @@ TW_UINT16 ScriptedSourceManager::DSM_Entry(TW_IDENTITY* pOrigin, TW_IDENTITY* pD
     idsAtOpen.push_back(TW_UINT32{pOrigin->Id});
     WindowHandle parent;
     std::memcpy(&parent, pData, sizeof parent);
-    parentWasWindow = m_platform.Queue().IsWindow(parent);
+    parentWasWindow = m_queue->IsWindow(parent);
   }
   const auto scripted = m_script.find(operation);
   if (scripted == m_script.end()) return Usual(*pOrigin, argumentType, message, pData);
@@ -120,15 +130,14 @@ TW_UINT16 ScriptedSourceManager::Usual(TW_IDENTITY& origin, TW_UINT16 argumentTy
       return TWRC_SUCCESS;
     case MSG_ENABLEDS:
       std::memcpy(&userInterface, pData, sizeof userInterface);
-      for (const std::uint32_t number : posted)
-        m_platform.Queue().PostMessageA(userInterface.hParent, number, 0, 0);
+      for (const std::uint32_t number : posted) m_queue->Post(userInterface.hParent, number);
       return TWRC_SUCCESS;
     case MSG_PROCESSEVENT: {
       TW_EVENT event;
       std::memcpy(&event, pData, sizeof event);
       if (event.TWMessage != MSG_NULL) wrongShape = true;
-      const std::uint32_t number = static_cast<const MSG*>(event.pEvent)->message;
-      if (number == kUnclaimed) return TWRC_NOTDSEVENT;
+      const std::uint32_t number = MessageOf(pData);
+      if (number == kUnclaimed || number < kFirstOwn) return TWRC_NOTDSEVENT;
       event.TWMessage = number == kImageReady ? MSG_XFERREADY : MSG_CLOSEDSREQ;
       std::memcpy(pData, &event, sizeof event);
       return TWRC_DSEVENT;
@@ -151,9 +160,8 @@ TW_UINT16 ScriptedSourceManager::GetCapability(void* pData) {
 }
 
 GlobalHandle ScriptedSourceManager::Block(const std::vector<Byte>& content) {
-  GlobalMemory& memory = m_platform.Contracts().memory;
-  const GlobalHandle block = memory.GlobalAlloc(content.size());
-  const GlobalLockGuard lock(memory, block);
+  const GlobalHandle block = m_memory.GlobalAlloc(content.size());
+  const GlobalLockGuard lock(m_memory, block);
   std::memcpy(lock.get(), content.data(), content.size());
   return block;
 }

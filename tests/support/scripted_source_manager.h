@@ -7,7 +7,7 @@
 
 #include "base/types.h"
 #include "platform/contracts/source_manager.h"
-#include "platform/portable/portable_platform.h"
+#include "tests/support/thread_queue.h"
 
 namespace quillet {
 
@@ -18,7 +18,8 @@ std::vector<Byte> PackedBitmap(Long width, Long height, int depth, std::size_t f
 // manners that has one image ready at once. It keeps no states: whatever is asked is answered.
 class ScriptedSourceManager : public SourceManager {
  public:
-  explicit ScriptedSourceManager(PortablePlatform& platform) : m_platform(platform) {}
+  explicit ScriptedSourceManager(Stage& stage)
+      : m_memory(stage.Contracts().memory), m_queue(QueueOf(stage)) {}
   ~ScriptedSourceManager() override;
 
   // An operation is named by its message and, where that is not enough, what it is about, as in
@@ -40,7 +41,8 @@ class ScriptedSourceManager : public SourceManager {
   static constexpr std::uint32_t kUnclaimed = 0xC003;
   std::vector<std::uint32_t> posted{kImageReady};
 
-  // Since the last call, separated by spaces; the values that a SET carries follow it:
+  // Since the last call, without the events that are not a program's own (PROCESSEVENT of a message
+  // below 0xC000), separated by spaces; the values that a SET carries follow it:
   // "SET(ICAP_XRESOLUTION,7,0x4B)".
   std::string TakeCalls();
 
@@ -62,7 +64,8 @@ class ScriptedSourceManager : public SourceManager {
   TW_UINT16 GetCapability(void* pData);
   GlobalHandle Block(const std::vector<Byte>& content);
 
-  PortablePlatform& m_platform;
+  GlobalMemory& m_memory;
+  std::unique_ptr<ThreadQueue> m_queue;
   std::map<std::string, std::function<TW_UINT16(void*)>> m_script;
   std::string m_calls;
 };

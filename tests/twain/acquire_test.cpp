@@ -6,9 +6,7 @@
 #include <iterator>
 
 #include "base/runtime_error.h"
-#include "platform/portable/portable_messages.h"
-#include "platform/portable/portable_platform.h"
-#include "platform/portable/portable_source_manager.h"
+#include "embed/stage.h"
 #include "tests/support/environment_variable.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"
@@ -16,6 +14,7 @@
 #include "tests/support/print_census.h"
 #include "tests/support/scripted_source_manager.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/thread_queue.h"
 #include "twain/cTwain.h"
 
 namespace quillet {
@@ -60,7 +59,7 @@ class Acquire : public testing::Test {
   // Nothing of a conversation is left, whatever became of it.
   void ExpectNothingLeft() {
     m_picture = nullptr;
-    EXPECT_EQ(m_platform.Census(), CensusCounts{});
+    EXPECT_EQ(m_stage->Census(), CensusCounts{});
     EXPECT_FALSE(m_sources.wrongShape);
   }
 
@@ -70,20 +69,23 @@ class Acquire : public testing::Test {
   }
 
   TemporaryFolder m_folder;
-  EnvironmentVariable m_temporaryFolder{"TMPDIR", m_folder.Path("")};
-  PortablePlatform m_platform;
-  ScriptedSourceManager m_sources{m_platform};
-  FaultyPlatform m_faulty{m_platform.Contracts()};
+  EnvironmentVariable m_temporaryFolder{kTemporaryFolder, m_folder.Path("")};
+  std::unique_ptr<Stage> m_stage = MakeStage();
+  Platform& m_platform = m_stage->Contracts();
+  std::unique_ptr<ThreadQueue> m_queue = QueueOf(*m_stage);
+  ScriptedSourceManager m_sources{*m_stage};
+  std::unique_ptr<SourceManager> m_manager = AsPrograms(m_sources);
+  FaultyPlatform m_faulty{m_platform};
   Platform m_contracts{m_faulty.Contracts().bitmaps,
                        m_faulty.Contracts().pictures,
                        m_faulty.Contracts().memory,
                        m_faulty.Contracts().messages,
-                       m_sources,
+                       *m_manager,
                        m_faulty.Contracts().files,
                        m_faulty.Contracts().codecs,
                        m_faulty.Contracts().dialogs};
   cTwain m_twain{m_contracts};
-  PictureRef m_picture = m_platform.Contracts().pictures.EmptyPicture();
+  PictureRef m_picture = m_platform.pictures.EmptyPicture();
 };
 
 TEST_F(Acquire, GoesTheWholeRoadAndLeavesThePictureAlone) {
@@ -93,7 +95,7 @@ TEST_F(Acquire, GoesTheWholeRoadAndLeavesThePictureAlone) {
   const Outcome outcome = Run();
   EXPECT_EQ(outcome.calls, kRoad);
   EXPECT_EQ(outcome.result, 0);
-  const PixelRows24 rows = PixelsOf(m_platform.Contracts(), m_picture);
+  const PixelRows24 rows = PixelsOf(m_platform, m_picture);
   ASSERT_EQ(rows.width, 2);
   EXPECT_EQ(rows.At(0, 0), (Pixel{1, 2, 3}));
   EXPECT_EQ(rows.At(1, 0), (Pixel{4, 5, 6}));
@@ -141,23 +143,22 @@ TEST_F(Acquire, EveryRefusalEndsInOrder) {
   m_picture = nullptr;
   for (const auto& refused : cases) {
     SCOPED_TRACE(std::string(refused.operation) + " " + std::to_string(refused.answer));
-    ScriptedSourceManager sources(m_platform);
+    ScriptedSourceManager sources(*m_stage);
+    const auto manager = AsPrograms(sources);
     sources.Answer(refused.operation, refused.answer);
-    const Platform& all = m_platform.Contracts();
+    const Platform& all = m_platform;
     Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
-                       sources,     all.files,    all.codecs, all.dialogs};
+                       *manager,    all.files,    all.codecs, all.dialogs};
     cTwain twain(contracts);
     PictureRef picture;
     EXPECT_EQ(twain.Acquire(picture, 75, twRGB, true, false, ""), refused.result);
     EXPECT_EQ(sources.TakeCalls(), RoadTo(refused.operation, refused.end));
     EXPECT_EQ(picture != nullptr, refused.hasPicture);
     picture = nullptr;
-    EXPECT_EQ(m_platform.Census(), CensusCounts{});
+    EXPECT_EQ(m_stage->Census(), CensusCounts{});
     EXPECT_FALSE(sources.wrongShape);
     EXPECT_EQ(FilesLeft(), 0);
-    // What the test left in the queue.
-    MSG message;
-    while (m_platform.Queue().GetMessageA(message) > 0) continue;
+    m_queue->Drain();
   }
 }
 
@@ -294,15 +295,15 @@ TEST_F(Acquire, AClosedDialogIsSuccessWithoutAPicture) {
 
 TEST_F(Acquire, AQuitEndsTheLoopIsTakenAndTheTransferIsTried) {
   m_sources.posted = {};
-  m_platform.Queue().PostQuitMessage(3);
+  m_queue->PostQuit(3);
   m_sources.Answer("GET DAT_IMAGENATIVEXFER", TWRC_FAILURE);
   const Outcome outcome = Run();
   EXPECT_EQ(outcome.result, 1);
   EXPECT_TRUE(
       outcome.calls.ends_with("ENABLEDS GET DAT_IMAGENATIVEXFER ENDXFER DISABLEDS " + kClose));
-  MSG message;
-  EXPECT_EQ(m_platform.Queue().GetMessageA(message), -1);
+  EXPECT_EQ(m_queue->Drain(), 0);
   // So does a queue that fails.
+  m_faulty.FailCall("GetMessageA", 1);
   EXPECT_TRUE(
       Run().calls.ends_with("ENABLEDS GET DAT_IMAGENATIVEXFER ENDXFER DISABLEDS " + kClose));
   ExpectNothingLeft();
@@ -311,7 +312,7 @@ TEST_F(Acquire, AQuitEndsTheLoopIsTakenAndTheTransferIsTried) {
 TEST_F(Acquire, ADialogThatNobodyAskedForIsWaitedFor) {
   m_sources.Do("ENABLEDS", [&](void* pData) {
     const WindowHandle parent = static_cast<TW_USERINTERFACE*>(pData)->hParent;
-    m_platform.Queue().PostMessageA(parent, ScriptedSourceManager::kImageReady, 0, 0);
+    m_queue->Post(parent, ScriptedSourceManager::kImageReady);
     return TWRC_CHECKSTATUS;
   });
   const Outcome outcome = Run();
@@ -331,16 +332,13 @@ TEST_F(Acquire, PendingTransfersAreDiscardedFirst) {
 }
 
 TEST_F(Acquire, MessagesAreDispatchedEvenWhenTheSourceClaimsThem) {
-  const WindowHandle owner = m_platform.Queue().CreateWindowExA("", "", 0, 0, 0, 0);
   std::vector<std::uint32_t> seen;
-  const WindowHandle window = m_platform.Queue().CreateOwnedWindow(
-      owner, [&](const MSG& message) { seen.push_back(message.message); });
+  auto listener = m_queue->Listen([&](std::uint32_t message) { seen.push_back(message); });
   m_sources.Do("ENABLEDS", [&](void* pData) {
-    PortableMessages& queue = m_platform.Queue();
-    queue.PostMessageA(window, 1, 0, 0);
-    queue.PostMessageA(window, 2, 0, 0);
-    queue.PostMessageA(static_cast<TW_USERINTERFACE*>(pData)->hParent,
-                       ScriptedSourceManager::kImageReady, 0, 0);
+    m_queue->Post(listener->Window(), 0x8001);
+    m_queue->Post(listener->Window(), 0x8002);
+    m_queue->Post(static_cast<TW_USERINTERFACE*>(pData)->hParent,
+                  ScriptedSourceManager::kImageReady);
     return TWRC_SUCCESS;
   });
   m_sources.Do("PROCESSEVENT", [](void* pData) {
@@ -351,23 +349,23 @@ TEST_F(Acquire, MessagesAreDispatchedEvenWhenTheSourceClaimsThem) {
     return TWRC_DSEVENT;
   });
   EXPECT_EQ(Run().result, 0);
-  EXPECT_EQ(seen, (std::vector<std::uint32_t>{1, 2}));
-  m_platform.Queue().DestroyWindow(owner);
+  EXPECT_EQ(seen, (std::vector<std::uint32_t>{0x8001, 0x8002}));
+  listener.reset();
   ExpectNothingLeft();
 }
 
 TEST_F(Acquire, ASecondConversationInsideTheLoopIsRefused) {
   std::vector<Long> results;
-  const int task = m_platform.Queue().AddIdleTask([&] {
+  auto listener = m_queue->Listen([&](std::uint32_t) {
     PictureRef other;
     results.push_back(m_twain.Acquire(other, 600, twBlackWhite, true, true, "Other"));
     results.push_back(m_twain.SelectDataSource("Other"));
-    m_platform.Queue().PostMessageA(m_sources.userInterface.hParent,
-                                    ScriptedSourceManager::kImageReady, 0, 0);
+    m_queue->Post(m_sources.userInterface.hParent, ScriptedSourceManager::kImageReady);
   });
   m_sources.posted = {};
+  m_queue->Post(listener->Window(), 0x8001);
   const Outcome outcome = Run();
-  m_platform.Queue().RemoveIdleTask(task);
+  listener.reset();
   EXPECT_EQ(results, (std::vector<Long>{1, 1}));
   EXPECT_EQ(outcome.calls, kRoad);
   EXPECT_EQ(outcome.result, 0);
@@ -394,8 +392,18 @@ TEST_F(Acquire, AnImageThatLiesIsRefused) {
 }
 
 TEST_F(Acquire, AMissingManagerIsAnErrorThatLeavesNothing) {
-  m_platform.Sources().Uninstall();
-  cTwain twain(m_platform.Contracts());
+  class NoManager : public SourceManager {
+   public:
+    TW_UINT16 DSM_Entry(TW_IDENTITY*, TW_IDENTITY*, TW_UINT32, TW_UINT16, TW_UINT16,
+                        void*) override {
+      throw RunTimeError(ErrorNumber::FileNotFound);
+    }
+    std::string AnsiText(const std::string& text, std::size_t) const override { return text; }
+  } none;
+  const Platform& all = m_platform;
+  Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
+                     none,        all.files,    all.codecs, all.dialogs};
+  cTwain twain(contracts);
   EXPECT_EQ(ErrorOf([&] { twain.Acquire(m_picture, 75, twRGB, true, false, ""); }),
             ErrorNumber::FileNotFound);
   EXPECT_EQ(ErrorOf([&] { twain.SelectDataSource(""); }), ErrorNumber::FileNotFound);
@@ -419,11 +427,12 @@ TEST_F(Acquire, ChoosingASourceClosesWhatWasChosen) {
       {"OPENDSM", TWRC_FAILURE, "OPENDSM", 1},
   };
   for (const auto& refused : cases) {
-    ScriptedSourceManager sources(m_platform);
+    ScriptedSourceManager sources(*m_stage);
+    const auto manager = AsPrograms(sources);
     sources.Answer(refused.operation, refused.answer);
-    const Platform& all = m_platform.Contracts();
+    const Platform& all = m_platform;
     Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
-                       sources,     all.files,    all.codecs, all.dialogs};
+                       *manager,    all.files,    all.codecs, all.dialogs};
     cTwain twain(contracts);
     EXPECT_EQ(twain.SelectDataSource(""), refused.result) << refused.operation;
     EXPECT_EQ(sources.TakeCalls(), refused.calls);

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "platform/portable/portable_memory.h"
+#include "embed/stage.h"
 #include "twain/protocol_names.h"
 
 namespace quillet {
@@ -43,7 +43,8 @@ class Trace : public testing::Test {
     return Call(DG_CONTROL, DAT_CAPABILITY, MSG_GET, &capability);
   }
 
-  PortableMemory m_memory;
+  std::unique_ptr<Stage> m_stage = MakeStage();
+  GlobalMemory& m_memory = m_stage->Contracts().memory;
   OneAnswer m_manager;
   std::string m_line;
   TracingSourceManager m_trace{m_manager, m_memory, [&](const std::string& l) { m_line = l; }};

@@ -43,7 +43,7 @@ class FileMethods : public testing::Test {
 
   TemporaryFolder folder;
   const std::string there = folder.Write("there.tif", std::vector<Byte>{'o', 'l', 'd'});
-  EnvironmentVariable temporaryFolder{"TMPDIR", folder.Path("")};
+  EnvironmentVariable temporaryFolder{kTemporaryFolder, folder.Path("")};
   std::optional<ScriptedCodecs> codecs;
   PortableStage* stage = new PortableStage;  // owned by the control's host
   HostedControl host{300, 200,

@@ -23,10 +23,10 @@ namespace fs = std::filesystem;
 TEST(PortableFiles, TheTemporaryFolderIsTheUsersOwnChoice) {
   PortableFiles files;
   {
-    const EnvironmentVariable folder("TMPDIR", "/some/where");
+    const EnvironmentVariable folder(kTemporaryFolder, "/some/where");
     EXPECT_EQ(files.GetTempPathA(), "/some/where/");
   }
-  const EnvironmentVariable none("TMPDIR", "");
+  const EnvironmentVariable none(kTemporaryFolder, "");
   EXPECT_EQ(files.GetTempPathA(), "/tmp/");
 }
 

@@ -41,7 +41,7 @@ class Scan : public testing::Test {
   }
 
   TemporaryFolder folder;
-  EnvironmentVariable temporaryFolder{"TMPDIR", folder.Path("")};
+  EnvironmentVariable temporaryFolder{kTemporaryFolder, folder.Path("")};
   PortableStage* stage = new PortableStage;  // owned by the control's host
   HostedControl host{300, 200, {}, std::unique_ptr<Stage>(stage)};
 };
