@@ -22,7 +22,9 @@ WindowClass::WindowClass(const wchar_t* name, UINT style, HBRUSH background)
   description.hCursor = ::LoadCursorW(nullptr, IDC_ARROW);
   description.hbrBackground = background;
   description.lpszClassName = m_name.c_str();
-  if (::RegisterClassExW(&description) == 0) throw RunTimeError(ErrorNumber::OutOfMemory);
+  // A window left behind keeps its class; one of ours has the same procedure whoever made it.
+  if (::RegisterClassExW(&description) == 0 && ::GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
+    throw RunTimeError(ErrorNumber::OutOfMemory);
 }
 
 WindowClass::~WindowClass() {

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "embed/win32_window.h"
@@ -20,8 +22,11 @@ using Log = std::vector<std::string>;
 class HostsWindow {
  public:
   HostsWindow()
-      : m_window(::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 300, 200,
-                                   nullptr, nullptr, nullptr, nullptr)) {}
+      : m_window(::CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 300, 200, nullptr, nullptr,
+                                   nullptr, nullptr)) {
+    // Without a window manager Wine waits two seconds for the end of a window that was active.
+    ::ShowWindow(m_window, SW_SHOWNOACTIVATE);
+  }
   HostsWindow(const HostsWindow&) = delete;
   HostsWindow& operator=(const HostsWindow&) = delete;
   ~HostsWindow() { ::DestroyWindow(m_window); }
@@ -91,6 +96,65 @@ TEST(Win32Surface, GoesBeforeItsHostsWindowWithoutATrace) {
   EXPECT_FALSE(::IsWindow(box));
   EXPECT_EQ(::GetWindow(host.Get(), GW_CHILD), nullptr);
   EXPECT_EQ(platform.Census(), CensusCounts{});
+}
+
+// A host's procedure over the one that it found.
+WNDPROC hostsOriginal;
+LRESULT CALLBACK HostsProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return ::CallWindowProcW(hostsOriginal, window, message, wParam, lParam);
+}
+
+DWORD WINAPI LetGo(void* surface) {
+  static_cast<std::shared_ptr<Win32Surface>*>(surface)->reset();
+  return 0;
+}
+
+// Without the left button, with which a system bar goes into a loop of its own.
+void SendEverything(HWND window) {
+  for (const int message :
+       {WM_SIZE, WM_PAINT, WM_RBUTTONDOWN, WM_RBUTTONUP, WM_KEYDOWN, WM_SETFOCUS, WM_SETCURSOR,
+        WM_HSCROLL, OCM_HSCROLL, WM_MOUSEMOVE, WM_CAPTURECHANGED})
+    ::SendMessageW(window, static_cast<UINT>(message), 0, 0);
+}
+
+TEST(Win32Surface, WindowsThatTheSystemDoesNotDestroyDoNothingWithoutTheirObjects) {
+  const HostsWindow host;
+  std::vector<HWND> windows;
+  {
+    Win32Platform platform;
+    auto surface = platform.CreateSurface(100, 80);
+    RecordingSurfaceEvents events;
+    surface->Connect(&events);
+    surface->Site(host.Get(), {0, 0, 104, 84});
+    const HWND box = surface->picTwain().Window();
+    windows = {box, surface->HScroll1().Window(), surface->UserControl().Window()};
+    hostsOriginal = reinterpret_cast<WNDPROC>(
+        ::SetWindowLongPtrW(box, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&HostsProcedure)));
+    events.Take();
+    // The system destroys a window on its own thread alone.
+    const HANDLE thread = ::CreateThread(nullptr, 0, LetGo, &surface, 0, nullptr);
+    ASSERT_EQ(::WaitForSingleObject(thread, 10'000), WAIT_OBJECT_0);
+    ::CloseHandle(thread);
+    EXPECT_FALSE(surface);
+    for (const HWND window : windows) {
+      EXPECT_TRUE(::IsWindow(window));
+      SendEverything(window);
+    }
+    EXPECT_EQ(events.Take(), Log{});
+    EXPECT_EQ(platform.Census().windows, 0);
+  }
+  for (const HWND window : windows) SendEverything(window);
+}
+
+TEST(Win32Surface, AClassThatAWindowKeptIsTakenAgain) {
+  std::optional<WindowClass> windowClass(std::in_place, L"Quillet.Test", 0u, nullptr);
+  const std::wstring name = windowClass->Name();
+  const HWND left = ::CreateWindowExW(0, name.c_str(), L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr,
+                                      ThisModule(), nullptr);
+  windowClass.reset();
+  windowClass.emplace(L"Quillet.Test", 0u, nullptr);
+  EXPECT_EQ(windowClass->Name(), name) << "as the memory of the first one was free again";
+  ::DestroyWindow(left);
 }
 
 TEST(Win32Surface, TheSystemsBarShowsEveryRangeFromMinToMax) {
