@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/portable/bitmap_convert.h"
+#include "platform/portable/channel_swap.h"
 #include "platform/portable/codec_error.h"
 #include "platform/portable/codec_format.h"
 
@@ -72,6 +73,8 @@ class PngReader {
     png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
     constexpr Byte kResolution[] = "pHYs";
     png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_AS_DEFAULT, kResolution, 1);
+    // Each block of the file has a checksum of its own.
+    png_set_option(m_png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
     constexpr png_uint_32 kMostSize = png_uint_32{1} << 30;
     png_set_user_limits(m_png, kMostSize, kMostSize);
   }
@@ -255,15 +258,23 @@ class PngWriter {
       png_set_filter(m_png, 0,
                      format.depth < 8 || !palette.empty() ? PNG_FILTER_NONE : PNG_FILTER_SUB);
       png_write_info(m_png, m_info);
-      if (!indexed) png_set_bgr(m_png);
     });
     const RowConverter converter(format);
-    const bool asItIs = indexed || format.depth == 24;
-    std::vector<Byte> pixels(asItIs ? 0 : static_cast<std::size_t>(format.width) * 3);
+    const std::size_t width = static_cast<std::size_t>(format.width);
+    std::vector<Byte> colors(indexed || format.depth == 24 ? 0 : width * 3);
+    std::vector<Byte> swapped(indexed ? 0 : width * 3);
     m_errors.Guard([&] {
       for (Long y = 0; y < format.height; ++y) {
-        if (!asItIs) converter.To24(dib.Row(y), 0, format.width, pixels.data());
-        png_write_row(m_png, asItIs ? dib.Row(y) : pixels.data());
+        const Byte* row = dib.Row(y);
+        if (!colors.empty()) {
+          converter.To24(row, 0, format.width, colors.data());
+          row = colors.data();
+        }
+        if (!indexed) {
+          SwapRedAndBlue(row, swapped.data(), width);
+          row = swapped.data();
+        }
+        png_write_row(m_png, row);
       }
       png_write_end(m_png, m_info);
     });

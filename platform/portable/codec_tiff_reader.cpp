@@ -2,6 +2,7 @@
 #include <new>
 #include <vector>
 
+#include "platform/portable/channel_swap.h"
 #include "platform/portable/codec_error.h"
 #include "platform/portable/codec_format.h"
 #include "platform/portable/codec_tiff.h"
@@ -60,7 +61,7 @@ class TiffPageReader {
     Dib dib(Format());
     if (m_byLibrary) {
       ReadByLibrary(dib);
-    } else if (TIFFIsTiled(m_tiff) != 0 || m_separate) {
+    } else if (TIFFIsTiled(m_tiff) != 0 || m_separate || HasSmallStrips()) {
       ReadBlocks(dib);
     } else {
       ReadRows(dib);
@@ -162,7 +163,12 @@ class TiffPageReader {
     return palette;
   }
 
-  // Strips row by row: a page in one strip needs no more memory than one in many.
+  bool HasSmallStrips() const {
+    constexpr std::uint64_t kSmall = std::uint64_t{1} << 20;
+    return TIFFStripSize64(m_tiff) <= kSmall;
+  }
+
+  // Large strips row by row: a page in one strip needs no more memory than one in many.
   void ReadRows(Dib& dib) {
     const std::size_t size = static_cast<std::size_t>(TIFFScanlineSize64(m_tiff));
     if (size < SourceRowBytes(m_width, m_samples)) RefuseImage("rows of another size");
@@ -174,7 +180,7 @@ class TiffPageReader {
     }
   }
 
-  // Tiles, and strips that hold one kind of sample each.
+  // Tiles, small strips, and strips that hold one kind of sample each.
   void ReadBlocks(Dib& dib) {
     const bool tiled = TIFFIsTiled(m_tiff) != 0;
     std::uint32_t blockWidth = m_width;
@@ -244,6 +250,10 @@ class TiffPageReader {
       std::copy_n(planes[0], bytes, target);
       const unsigned used = count * m_bits % 8;
       if (used != 0) target[bytes - 1] &= static_cast<Byte>(0xFF00 >> used);
+      return;
+    }
+    if (m_bits == 8 && m_samples == 3 && m_colors == 3 && planeCount == 1) {
+      SwapRedAndBlue(planes[0], row + std::ptrdiff_t{x} * 3, count);
       return;
     }
     const std::size_t values = std::size_t{count} * m_samples;

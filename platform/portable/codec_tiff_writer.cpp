@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "platform/portable/bitmap_convert.h"
+#include "platform/portable/channel_swap.h"
 #include "platform/portable/codec_error.h"
 #include "platform/portable/codec_format.h"
 #include "platform/portable/codec_tiff.h"
@@ -78,7 +79,8 @@ void WriteTiffPage(TIFF* tiff, const Dib& dib) {
 
   const std::size_t rowBytes =
       indexed ? dib.RowBytes() : static_cast<std::size_t>(format.width) * 3;
-  constexpr std::size_t kStripSize = std::size_t{256} << 10;
+  // Small enough that the library's own copy of a strip stays in the heap and the caches.
+  constexpr std::size_t kStripSize = std::size_t{128} << 10;
   const Long rows = bilevel
                         ? format.height
                         : static_cast<Long>(std::clamp<std::size_t>(
@@ -87,6 +89,7 @@ void WriteTiffPage(TIFF* tiff, const Dib& dib) {
 
   // The library's predictor works in the caller's block.
   std::vector<Byte> strip(rowBytes * static_cast<std::size_t>(rows));
+  std::vector<Byte> row(format.depth > 24 || format.depth == 16 ? rowBytes : 0);
   const RowConverter converter(format);
   for (Long y = 0; y < format.height; y += rows) {
     const Long count = std::min(rows, format.height - y);
@@ -98,15 +101,10 @@ void WriteTiffPage(TIFF* tiff, const Dib& dib) {
       }
       const Byte* source = dib.Row(y + i);
       if (format.depth != 24) {
-        converter.To24(source, 0, format.width, target);
-        source = target;
+        converter.To24(source, 0, format.width, row.data());
+        source = row.data();
       }
-      for (std::size_t at = 0; at < rowBytes; at += 3) {
-        const Byte blue = source[at];
-        target[at] = source[at + 2];
-        target[at + 1] = source[at + 1];
-        target[at + 2] = blue;
-      }
+      SwapRedAndBlue(source, target, static_cast<std::size_t>(format.width));
     }
     Require(TIFFWriteEncodedStrip(tiff, static_cast<std::uint32_t>(y / rows), strip.data(),
                                   static_cast<tmsize_t>(rowBytes) * count) >= 0);

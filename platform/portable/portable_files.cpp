@@ -5,11 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 #include "platform/portable/file_errors.h"
 #include "platform/portable/pixel_memory.h"
@@ -111,7 +111,7 @@ void PortableFiles::WriteFile(const std::string& fileName,
 void PortableFiles::CopyFile(const std::string& source, const std::string& destination) {
   const OpenFile from(source, O_RDONLY);
   ReplacingFile to(destination);
-  std::array<Byte, 64 * 1024> buffer;
+  std::vector<Byte> buffer(std::size_t{256} << 10);
   while (const std::size_t length = from.Read(buffer)) to.Write(std::span(buffer).first(length));
   to.Commit();
 }

@@ -67,17 +67,18 @@ ReplacingFile::ReplacingFile(const std::string& fileName) {
   RequireFileName(fileName);
   m_target = FollowLinks(fileName);
   struct stat old;
-  m_replaces = stat(m_target.c_str(), &old) == 0;
-  if (m_replaces)
+  const bool replaces = stat(m_target.c_str(), &old) == 0;
+  if (replaces)
     RequireReplaceable(m_target, old);
   else if (errno != ENOENT || m_target.ends_with('/'))
     ThrowFileError(m_target, errno);
 
   std::string beside;
-  m_file = CreateBeside(m_target, m_replaces ? kPrivate : kOwnFile, beside);
+  m_file = CreateBeside(m_target, replaces ? kPrivate : kOwnFile, beside);
   if (m_file < 0) ThrowFileError(m_target, errno);
   m_beside = std::move(beside);
-  if (!m_replaces) return;
+  if (!replaces) return;
+  m_losesContent = old.st_size > 0;
   // Changing the owner may be refused and takes permissions with it, so it comes first.
   static_cast<void>(fchown(m_file, old.st_uid, old.st_gid) == 0);
   static_cast<void>(fchmod(m_file, old.st_mode & kPermissions) == 0);
@@ -100,7 +101,7 @@ void ReplacingFile::Write(std::span<const Byte> bytes) {
 
 void ReplacingFile::Commit() {
   // The new content must not be lost with the power when the old is already gone.
-  if (m_replaces && fsync(m_file) != 0) ThrowFileError(m_target, errno);
+  if (m_losesContent && fsync(m_file) != 0) ThrowFileError(m_target, errno);
   if (close(std::exchange(m_file, -1)) != 0 && errno != EINTR) ThrowFileError(m_target, errno);
   if (std::rename(m_beside.c_str(), m_target.c_str()) != 0) ThrowFileError(m_target, errno);
   m_beside.clear();

@@ -32,7 +32,7 @@ class ReplacingFile {
   std::string m_target;
   std::string m_beside;  // empty once it has become the target
   int m_file = -1;
-  bool m_replaces = false;
+  bool m_losesContent = false;  // of the file that it replaces
 };
 
 }  // namespace quillet
