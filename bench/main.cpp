@@ -4,7 +4,6 @@
 // machine meets all three; of each the fastest of all rounds counts.
 
 #include <benchmark/benchmark.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -16,9 +15,11 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/image_files.h"
 #include "bench/memory.h"
 #include "bench/operation.h"
 #include "bench/peer.h"
+#include "bench/process.h"
 #include "bench/results.h"
 #include "bench/scan.h"
 
@@ -83,22 +84,15 @@ std::optional<Options> Parse(int count, char** arguments) {
 class Fastest {
  public:
   double Time(const std::function<void()>& action) {
-    const double start = Now();
+    const double start = ThreadTime();
     action();
-    const double taken = Now() - start;
+    const double taken = ThreadTime() - start;
     m_seconds = std::min(m_seconds, taken);
     return taken;
   }
   double Seconds() const { return m_seconds; }
 
  private:
-  // The thread's own time, kernel included: what others take meanwhile does not count.
-  static double Now() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-  }
-
   double m_seconds = std::numeric_limits<double>::infinity();
 };
 
@@ -155,6 +149,7 @@ void Run(const Options& options) {
   }
   MeasureMemory(600, results);
   MeasureScan(600, options.rounds, results);
+  MeasureImageFiles(300, options.rounds, results);
   results.PrintMissed();
   results.PrintTotal();
 }

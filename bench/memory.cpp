@@ -1,13 +1,11 @@
 #include "bench/memory.h"
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <string>
 
 #include "bench/hosted_page.h"
+#include "bench/process.h"
 
 namespace quillet::bench {
 namespace {
@@ -19,28 +17,6 @@ constexpr double kRestGoal = 1.05;
 
 // The part of the page that the view shows is a picture of its own.
 constexpr double kViewBytes = 3.0 * 800 * 600;
-
-// A line of /proc/self/status, in bytes; 0 where there is none.
-double StatusOf(const std::string& name) {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    double kilobytes = 0;
-    if (word == name + ":" && status >> kilobytes) return 1024 * kilobytes;
-  }
-  return 0;
-}
-
-double Resident() {
-  malloc_trim(0);
-  return StatusOf("VmRSS");
-}
-
-// Lets VmHWM start anew from what is resident now.
-bool ResetPeak() {
-  std::ofstream clear("/proc/self/clear_refs");
-  clear << "5" << std::flush;
-  return clear.good();
-}
 
 double BytesOf(HostedPage& host) {
   return 3.0 * host.BitmapWidth() * host.BitmapHeight();

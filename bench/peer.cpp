@@ -3,10 +3,14 @@
 #include <cstring>
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 #ifdef QUILLET_BENCH_OPENCV
 
 #include <opencv2/core.hpp>
+#include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
 namespace quillet::bench::peer {
@@ -124,6 +128,20 @@ std::function<void()> Filter(const Page& page, std::array<float, 9> kernel) {
   });
 }
 
+std::function<void()> WriteImage(const Page& page, std::string fileName) {
+  return [source = MatOf(page), fileName = std::move(fileName)] {
+    const bool jpeg = fileName.ends_with(".jpg");
+    cv::imwrite(fileName, source,
+                jpeg ? std::vector<int>{cv::IMWRITE_JPEG_QUALITY, 75} : std::vector<int>{});
+  };
+}
+
+std::function<void()> ReadImage(std::string fileName) {
+  return [fileName = std::move(fileName)] {
+    if (cv::imread(fileName, cv::IMREAD_COLOR).empty()) throw std::runtime_error("not read");
+  };
+}
+
 }  // namespace quillet::bench::peer
 
 #else
@@ -179,6 +197,14 @@ std::function<void()> LightenNoise(const Page&, double) {
 }
 
 std::function<void()> Filter(const Page&, std::array<float, 9>) {
+  return nullptr;
+}
+
+std::function<void()> WriteImage(const Page&, std::string) {
+  return nullptr;
+}
+
+std::function<void()> ReadImage(std::string) {
   return nullptr;
 }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <functional>
+#include <string>
 
 #include "bench/page.h"
 
@@ -30,6 +31,9 @@ std::function<void()> Lighten(const Page& page, double factor);
 std::function<void()> LightenNoise(const Page& page, double factor);
 // A 3x3 kernel, rows from the top.
 std::function<void()> Filter(const Page& page, std::array<float, 9> kernel);
+// The format is that of the name's ending; JPEG with quality 75.
+std::function<void()> WriteImage(const Page& page, std::string fileName);
+std::function<void()> ReadImage(std::string fileName);
 // memcmp: OpenCV has no comparison that stops.
 std::function<void()> Compare(const Page& page);
 

@@ -1,15 +1,12 @@
 #include "bench/scan.h"
 
-#include <malloc.h>
-#include <time.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <limits>
 #include <string>
 
+#include "bench/process.h"
 #include "control/TWAIN.h"
 #include "control/dispatch.h"
 #include "embed/portable_window.h"
@@ -23,28 +20,6 @@ namespace {
 constexpr double kTimeGoal = 1.3;  // times the sum of the three
 // The image in memory, a copy of its bytes, and the new picture, the one in the view besides.
 constexpr double kPeakGoal = 3;
-
-// The thread's own time, kernel included.
-double Now() {
-  timespec time{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-// A line of /proc/self/status, in bytes; 0 where there is none.
-double StatusOf(const std::string& name) {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    double kilobytes = 0;
-    if (word == name + ":" && status >> kilobytes) return 1024 * kilobytes;
-  }
-  return 0;
-}
-
-// Lets the peak start anew from what is resident now.
-void ResetPeak() {
-  std::ofstream("/proc/self/clear_refs") << "5" << std::flush;
-}
 
 // Notes when the source says that its image is ready.
 class ReadyWatch : public SourceManager {
@@ -60,7 +35,7 @@ class ReadyWatch : public SourceManager {
       std::memcpy(&event, pData, sizeof event);
       if (event.TWMessage == MSG_XFERREADY) {
         ResetPeak();
-        m_ready = Now();
+        m_ready = ThreadTime();
       }
     }
     return answer;
@@ -94,9 +69,9 @@ class Detour {
   // The smallest of each so far, summed.
   double Seconds() {
     const auto time = [](double& fastest, auto&& action) {
-      const double start = Now();
+      const double start = ThreadTime();
       action();
-      fastest = std::min(fastest, Now() - start);
+      fastest = std::min(fastest, ThreadTime() - start);
     };
     const std::span<const Byte> whole(m_bytes.Data(), m_bytes.Size());
     time(m_memcpy, [&] { std::memcpy(m_copy.Data(), whole.data(), whole.size()); });
@@ -130,7 +105,7 @@ void MeasureScan(int dotsPerInch, int rounds, Results& results) {
     std::string title;
     control->Scan(title);
     window.Idle();
-    return Now() - watch.Ready();
+    return ThreadTime() - watch.Ready();
   };
   const auto empty = [&] {
     control->PutRefPicture(all.pictures.EmptyPicture());
@@ -140,8 +115,7 @@ void MeasureScan(int dotsPerInch, int rounds, Results& results) {
   scan();
   empty();
   control->PutResolution(static_cast<Integer>(dotsPerInch));
-  malloc_trim(0);
-  const double base = StatusOf("VmRSS");
+  const double base = Resident();
   scan();
   const double bytes = 3.0 * control->BitmapWidth() * control->BitmapHeight();
   const double peak = (StatusOf("VmHWM") - base) / bytes;
