@@ -56,9 +56,15 @@ class GifReader {
     }
     RequireImageSize(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height));
     if (frame.Width < 1 || frame.Height < 1) RefuseImage("a size below one pixel");
-    // A code of 12 bits stands for 4096 pixels at the most.
+    // A code of 12 bits stands for 4096 pixels at the most. A canvas may be larger than its frame,
+    // but not without end.
+    constexpr std::uint64_t kPixelsPerByte = 4096;
+    constexpr std::uint64_t kFreeCanvas = std::uint64_t{1} << 24;
     RequireRatio(static_cast<std::uint64_t>(frame.Width) * static_cast<std::uint64_t>(frame.Height),
-                 m_encodedSize, 4096);
+                 m_encodedSize, kPixelsPerByte);
+    const std::uint64_t canvas =
+        static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
+    if (canvas > kFreeCanvas) RequireRatio(canvas, m_encodedSize, kPixelsPerByte);
 
     Dib::Format format{.width = width, .height = height};
     for (int i = 0; i < colors->ColorCount; ++i) {

@@ -1,11 +1,9 @@
 #include "platform/portable/portable_files.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -13,6 +11,7 @@
 
 #include "tests/support/environment_variable.h"
 #include "tests/support/error_of.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/temporary_folder.h"
 
 namespace quillet {
@@ -81,17 +80,11 @@ TEST_F(ReplacedFile, KeepsItsPermissionsAndANewOneHasTheUsual) {
 }
 
 TEST_F(ReplacedFile, SurvivesADiskThatFillsUp) {
-  // A limit on the size of files stands in for the disk.
   m_folder.Write("source", std::vector<Byte>(100'000));
-  rlimit before;
-  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit small = before;
-  small.rlim_cur = 70'000;
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-  const ErrorNumber error = ErrorOf([&] { files.CopyFile(m_source, m_target); });
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
+  const auto error = [&] {
+    const FileSizeLimit limit(70'000);
+    return ErrorOf([&] { files.CopyFile(m_source, m_target); });
+  }();
   EXPECT_EQ(error, ErrorNumber::DiskFull);
   EXPECT_EQ(Content(m_target), "old");
   EXPECT_EQ(std::distance(fs::directory_iterator(m_folder.Path("")), {}), 2);
