@@ -6,6 +6,7 @@
 
 #include "base/rounding.h"
 #include "base/runtime_error.h"
+#include "embed/win32_dialog_user.h"
 #include "platform/win32/win32_platform.h"
 
 namespace quillet {
@@ -87,8 +88,9 @@ Snapshot SnapshotOf(HWND window) {
 
 }  // namespace
 
-Win32Window::Win32Window(Win32Platform& platform, int width, int height)
-    : m_class(L"Quillet.Host", 0, nullptr),
+Win32Window::Win32Window(Win32Platform& platform, Win32DialogUser& user, int width, int height)
+    : m_user(user),
+      m_class(L"Quillet.Host", 0, nullptr),
       m_surface(platform.CreateSurface(width, height)),
       m_hand(std::make_shared<Win32Hand>(m_surface)) {
   const RECT outside = OutsideFor(m_surface->UserControl(), width, height);
@@ -177,7 +179,7 @@ ControlWindow::Place Win32Window::BarPlace(Bar bar) const {
   return place;
 }
 
-// Choosers and dialogs are the system's own here: a person answers them.
+// Scanners are real here, and so are the dialogs of their sources: a person answers them.
 
 void Win32Window::WillChooseSource(const std::string&) {
   throw RunTimeError(ErrorNumber::ActionNotSupported, "a person chooses here");
@@ -187,12 +189,12 @@ void Win32Window::WillPressScan(bool) {
   throw RunTimeError(ErrorNumber::ActionNotSupported, "a person answers here");
 }
 
-void Win32Window::WillTypeFileName(const std::string&, bool) {
-  throw RunTimeError(ErrorNumber::ActionNotSupported, "a person answers here");
+void Win32Window::WillTypeFileName(const std::string& fileName, bool yes) {
+  m_user.WillType(fileName, yes);
 }
 
 void Win32Window::WillCancelFileDialog() {
-  throw RunTimeError(ErrorNumber::ActionNotSupported, "a person answers here");
+  m_user.WillCancel();
 }
 
 }  // namespace quillet

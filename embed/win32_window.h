@@ -7,6 +7,7 @@
 
 namespace quillet {
 
+class Win32DialogUser;
 class Win32Platform;
 
 // A top-level window on the display that the control fills. The window goes with this object; the
@@ -17,7 +18,7 @@ class Win32Platform;
 class Win32Window : public ControlWindow {
  public:
   // The inside size in pixels, border left out.
-  Win32Window(Win32Platform& platform, int width, int height);
+  Win32Window(Win32Platform& platform, Win32DialogUser& user, int width, int height);
   Win32Window(const Win32Window&) = delete;
   Win32Window& operator=(const Win32Window&) = delete;
   ~Win32Window() override;
@@ -43,6 +44,7 @@ class Win32Window : public ControlWindow {
   Place BarPlace(Bar bar) const override;
 
  private:
+  Win32DialogUser& m_user;
   WindowClass m_class;
   std::shared_ptr<Win32Surface> m_surface;
   std::shared_ptr<Win32Hand> m_hand;

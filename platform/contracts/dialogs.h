@@ -17,7 +17,7 @@ struct OPENFILENAME_RECORD {
   WindowHandle hwndOwner = WindowHandle::None;
   // Pairs of description and pattern, every item ended by a NUL.
   std::string lpstrFilter;
-  // The file buffer: on success the chosen full path and a NUL, then what stood there before.
+  // The file buffer: on success the chosen full path and a NUL, behind which anything may stand.
   std::string lpstrFile;
   std::string lpstrFileTitle;
   std::string lpstrInitialDir;

@@ -55,16 +55,20 @@ ReplacingFile::~ReplacingFile() {
   if (!m_name.empty()) ::DeleteFileW(m_name.c_str());
 }
 
+// The old file goes by a name of ours: not every system tidies up after one that it chose.
 unsigned long ReplacingFile::Commit() {
-  const bool replaced =
-      ::ReplaceFileW(m_target.c_str(), m_name.c_str(), nullptr,
-                     REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS, nullptr,
-                     nullptr) ||
-      (::GetLastError() == ERROR_FILE_NOT_FOUND &&
-       ::MoveFileExW(m_name.c_str(), m_target.c_str(), 0));
-  if (!replaced) return ::GetLastError();
-  m_name.clear();
-  return 0;
+  const std::wstring old = m_name + L".old";
+  DWORD error = 0;
+  if (!::ReplaceFileW(m_target.c_str(), m_name.c_str(), old.c_str(),
+                      REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS, nullptr,
+                      nullptr))
+    error = ::GetLastError();
+  if (error == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2) ::MoveFileExW(old.c_str(), m_target.c_str(), 0);
+  if (error == 0) ::DeleteFileW(old.c_str());
+  if (error == ERROR_FILE_NOT_FOUND)
+    error = ::MoveFileExW(m_name.c_str(), m_target.c_str(), 0) ? 0 : ::GetLastError();
+  if (error == 0) m_name.clear();
+  return error;
 }
 
 }  // namespace quillet

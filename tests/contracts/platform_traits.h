@@ -14,6 +14,14 @@ struct PlatformTraits {
   char folderSeparator = '/';
   // A file's permissions tell who may read it besides its owner.
   bool filesShowWhoMayRead = true;
+  // A save dialog that is told to asks before it lets a new file be made.
+  bool savesAskBeforeCreating = true;
+  // The depth of every bitmap that an image file is read into; 0 where it is the file's.
+  int depthOfLoaded = 0;
+  // The JPEG encoder makes smaller files of lower quality.
+  bool jpegHeedsQuality = true;
+  // The GIF encoder takes pictures of 1, 4 and 24 bits too, not only those of 8.
+  bool gifTakesEveryDepth = true;
 };
 
 // Those of the platform that the tests are built for.

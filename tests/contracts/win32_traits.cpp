@@ -1,5 +1,6 @@
 #include "platform/win32/sdk.h"
 #include "tests/contracts/platform_traits.h"
+#include "tests/windows/wine.h"
 
 namespace quillet {
 
@@ -10,7 +11,11 @@ PlatformTraits TraitsOfPlatform() {
   return {.depthOfCopies = depth,
           .copyMayBeItsSource = true,
           .folderSeparator = '\\',
-          .filesShowWhoMayRead = false};
+          .filesShowWhoMayRead = false,
+          .savesAskBeforeCreating = !IsWine(),
+          .depthOfLoaded = 32,
+          .jpegHeedsQuality = !IsWine(),
+          .gifTakesEveryDepth = !IsWine()};
 }
 
 }  // namespace quillet

@@ -47,53 +47,6 @@ class PortableDialogsTest : public testing::Test {
   const std::string m_missing = m_folder.Path("missing");
 };
 
-TEST_F(PortableDialogsTest, WithoutAWordTheUserCancels) {
-  EXPECT_EQ(Save(0), "");
-  m_window->WillCancelFileDialog();
-  m_window->WillTypeFileName("there", true);
-  EXPECT_EQ(Open(0), "");
-  EXPECT_EQ(Open(0), m_there);
-}
-
-TEST_F(PortableDialogsTest, AsksAndRefusesAsTheFlagsSay) {
-  const struct {
-    bool saves;
-    std::uint32_t flags;
-    const char* typed;
-    bool closesOnYes, closesOnNo;
-  } cases[] = {
-      {true, 0, "there", true, true},
-      {true, kOverwritePrompt, "there", true, false},
-      {true, kOverwritePrompt, "missing", true, true},
-      {true, kCreatePrompt, "there", true, true},
-      {true, kCreatePrompt, "missing", true, false},
-      {true, kCreatePrompt, "none/missing", false, false},
-      {false, 0, "missing", true, true},
-      {false, kOverwritePrompt, "there", true, true},
-      {false, kCreatePrompt, "missing", true, false},
-      {false, kFileMustExist, "there", true, true},
-      {false, kFileMustExist, "missing", false, false},
-      {false, kFileMustExist, "none/missing", false, false},
-  };
-  for (const auto& asked : cases) {
-    for (const bool yes : {true, false}) {
-      m_window->WillTypeFileName(asked.typed, yes);
-      const bool closes = yes ? asked.closesOnYes : asked.closesOnNo;
-      EXPECT_EQ(Show(Record(asked.flags), asked.saves), closes ? m_folder.Path(asked.typed) : "")
-          << (asked.saves ? "save " : "open ") << asked.flags << asked.typed << yes;
-    }
-  }
-}
-
-TEST_F(PortableDialogsTest, ARefusedNameLeavesTheDialogOpenForTheNext) {
-  m_window->WillTypeFileName("missing", true);
-  m_window->WillTypeFileName("there", true);
-  EXPECT_EQ(Open(kFileMustExist), m_there);
-  m_window->WillTypeFileName("there", false);
-  m_window->WillTypeFileName("missing", true);
-  EXPECT_EQ(Save(kOverwritePrompt | kCreatePrompt), m_missing);
-}
-
 TEST_F(PortableDialogsTest, NamesCountFromTheInitialDirectoryOrFromAFolderTyped) {
   fs::create_directory(m_folder.Path("inner"));
   m_window->WillTypeFileName("inner", true);
@@ -116,15 +69,6 @@ TEST_F(PortableDialogsTest, TheBufferKeepsWhatStoodBehindThePath) {
   expected.resize(254, ' ');
   EXPECT_EQ(record.lpstrFile, expected);
   EXPECT_EQ(record.lpstrFileTitle.substr(0, 7), std::string("there\0 ", 7));
-}
-
-TEST_F(PortableDialogsTest, APathBeyondTheBufferIsNoChoice) {
-  const std::string folder = m_folder.Path("");
-  const std::string longest(254 - folder.size(), 'x');
-  m_window->WillTypeFileName(longest, true);
-  EXPECT_EQ(Save(0), folder + longest);
-  m_window->WillTypeFileName(longest + "x", true);
-  EXPECT_EQ(Save(0), "");
 }
 
 TEST_F(PortableDialogsTest, TheOwnerIsALiveWindowOrNone) {

@@ -13,6 +13,7 @@
 #include "tests/support/temporary_folder.h"
 #include "tests/windows/program_folder.h"
 #include "tests/windows/test_page.h"
+#include "tests/windows/wine.h"
 
 namespace quillet {
 namespace {
@@ -21,9 +22,7 @@ namespace {
 class SystemsManager : public testing::Test {
  protected:
   void SetUp() override {
-    const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
-    if (!::GetProcAddress(system, "wine_get_version"))
-      GTEST_SKIP() << "the sources of a real machine are its owner's";
+    if (!IsWine()) GTEST_SKIP() << "the sources of a real machine are its owner's";
     wchar_t windows[MAX_PATH];
     ::GetWindowsDirectoryW(windows, MAX_PATH);
     const auto sources =

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "embed/win32_dialog_user.h"
 #include "embed/win32_window.h"
 #include "platform/win32/win32_platform.h"
 #include "tests/support/error_of.h"
@@ -190,7 +191,8 @@ TEST(Win32Surface, TheSystemsBarShowsEveryRangeFromMinToMax) {
 
 TEST(Win32Surface, ThePointerOverTheBoxIsTheChosenOne) {
   Win32Platform platform;
-  Win32Window window(platform, 100, 80);
+  Win32DialogUser user;
+  Win32Window window(platform, user, 100, 80);
   PictureBox& box = window.ControlsSurface()->picTwain();
   const HWND boxWindow = reinterpret_cast<HWND>(box.hWnd());
   const auto shown = [&] {
@@ -218,7 +220,8 @@ Pixel PixelAt(const Snapshot& snapshot, int x, int y) {
 
 TEST(Win32Surface, PaintsWhateverTheHostDoesToItsBitmapAndContext) {
   Win32Platform platform;
-  Win32Window window(platform, 100, 80);
+  Win32DialogUser user;
+  Win32Window window(platform, user, 100, 80);
   const auto surface = window.ControlsSurface();
   surface->HScroll1().PutVisible(false);
   surface->VScroll1().PutVisible(false);

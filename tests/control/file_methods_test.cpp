@@ -5,8 +5,6 @@
 #include <optional>
 #include <utility>
 
-#include "embed/portable_stage.h"
-#include "platform/portable/simulated_user.h"
 #include "tests/support/environment_variable.h"
 #include "tests/support/hosted_control.h"
 #include "tests/support/print_census.h"
@@ -32,7 +30,7 @@ class FileMethods : public testing::Test {
   }
   std::string FileName() { return VariantToString(host.Get("filename")); }
   Long CallForStatus(const char* name) { return VariantToLong(host.Call(name)); }
-  void UserTypes(const std::string& name) { stage->Layer().User().WillType({name}); }
+  void UserTypes(const std::string& name) { host.window->WillTypeFileName(name, true); }
   void ExpectNoNotification() {
     for (const std::string& line : host.TakeLog()) EXPECT_FALSE(line.starts_with("notify")) << line;
   }
@@ -45,14 +43,11 @@ class FileMethods : public testing::Test {
   const std::string there = folder.Write("there.tif", std::vector<Byte>{'o', 'l', 'd'});
   EnvironmentVariable temporaryFolder{kTemporaryFolder, folder.Path("")};
   std::optional<ScriptedCodecs> codecs;
-  PortableStage* stage = new PortableStage;  // owned by the control's host
-  HostedControl host{300, 200,
-                     [this](const Platform& all) {
+  HostedControl host{300, 200, [this](const Platform& all) {
                        codecs.emplace(all);
                        return Platform{all.bitmaps, all.pictures, all.memory, all.messages,
                                        all.sources, all.files,    *codecs,    all.dialogs};
-                     },
-                     std::unique_ptr<Stage>(stage)};
+                     }};
 };
 
 TEST_F(FileMethods, SaveTakesTheSettings) {
