@@ -3,21 +3,8 @@
 #include <array>
 
 #include "control/TWAIN.h"
-#include "control/attempt.h"
 
 namespace quillet {
-namespace {
-
-// What the sinks left in a by-reference argument; a value that is no such number changes nothing.
-void WriteBack(const Variant& argument, Integer& value) {
-  Attempt([&] { value = VariantToInteger(argument); });
-}
-
-void WriteBack(const Variant& argument, Single& value) {
-  Attempt([&] { value = VariantToSingle(argument); });
-}
-
-}  // namespace
 
 void TWAIN::RaiseEvent(Event event, std::span<Variant> arguments) {
   m_events.Raise(event, arguments);
@@ -29,7 +16,7 @@ void TWAIN::RaiseByReference(Event event, Values&... values) {
   std::array<Variant, sizeof...(Values)> arguments{Variant(values)...};
   RaiseEvent(event, arguments);
   std::size_t index = 0;
-  (WriteBack(arguments[index++], values), ...);
+  ((values = std::get<Values>(arguments[index++])), ...);
 }
 
 void TWAIN::UserControl_KeyDown(Integer& KeyCode, Integer& Shift) {

@@ -131,43 +131,6 @@ TEST(Reentrancy, ProgressHandlersMayUseTheControl) {
   }
 }
 
-TEST(Reentrancy, AHostMayLetGoOfTheControlInsideAnyEvent) {
-  for (const Event letGoAt : {Event::Progress, Event::Paint, Event::Resize, Event::Scroll,
-                              Event::MouseDown, Event::Click, Event::KeyDown}) {
-    SCOPED_TRACE(Describe(letGoAt).name);
-    const auto stage = MakeStage();
-    {
-      auto window = stage->OpenWindow(100, 100);
-      std::shared_ptr<TWAIN> control =
-          TWAIN::Create(stage->Contracts(), window->ControlsSurface(), nullptr);
-      const std::weak_ptr<TWAIN> watched = control;
-      control->InitProperties();
-      control->PutRefPicture(PictureOf(stage->Contracts(), 300, 200, Gradient));
-      class Sink : public EventSink {
-       public:
-        Sink(Event event, std::shared_ptr<TWAIN>& held) : m_event(event), m_held(held) {}
-        void Invoke(Event event, std::span<Variant>) override {
-          if (event == m_event) m_held.reset();
-        }
-
-       private:
-        Event m_event;
-        std::shared_ptr<TWAIN>& m_held;
-      };
-      control->Connect(std::make_shared<Sink>(letGoAt, control));
-      if (letGoAt == Event::Progress) Invoke(*control, NumberOf("Flip"), Access::Method, {});
-      window->Idle();
-      window->Resize(90, 90);
-      window->DragThumb(Bar::Horizontal, 20);
-      window->Mouse(MouseAction::Click, 5, 5, 1, 0);
-      window->Key(KeyAction::Down, 65, 0);
-      EXPECT_TRUE(watched.expired());
-      window->Capture();
-    }
-    EXPECT_EQ(stage->Census(), CensusCounts{});
-  }
-}
-
 TEST(Lifetime, AControlLeavesNothingBehindAndItsPicturesStayWithTheHost) {
   PictureRef kept;
   const auto stage = MakeStage();
@@ -184,52 +147,6 @@ TEST(Lifetime, AControlLeavesNothingBehindAndItsPicturesStayWithTheHost) {
   EXPECT_EQ(PixelsOf(stage->Contracts(), kept).width, 300);
   kept.reset();
   EXPECT_EQ(stage->Census(), CensusCounts{});
-}
-
-TEST(Events, SinksAreCalledInOrderAndMayComeAndGo) {
-  HostedControl hosted(100, 100);
-  class Sink : public EventSink {
-   public:
-    explicit Sink(std::function<void(Event, std::span<Variant>)> action)
-        : m_action(std::move(action)) {}
-    void Invoke(Event event, std::span<Variant> arguments) override { m_action(event, arguments); }
-
-   private:
-    std::function<void(Event, std::span<Variant>)> m_action;
-  };
-  std::string calls;
-  int second = 0;
-  bool joined = false;
-  hosted.control->Connect(std::make_shared<Sink>([&](Event, std::span<Variant>) {
-    calls += "1";
-    hosted.control->Disconnect(second);
-    if (!std::exchange(joined, true))
-      hosted.control->Connect(
-          std::make_shared<Sink>([&](Event, std::span<Variant>) { calls += "4"; }));
-    throw 5;  // a sink's own trouble
-  }));
-  second = hosted.control->Connect(
-      std::make_shared<Sink>([&](Event, std::span<Variant>) { calls += "2"; }));
-  hosted.control->Connect(std::make_shared<Sink>([&](Event, std::span<Variant>) { calls += "3"; }));
-  hosted.Call("Refresh");
-  EXPECT_EQ(calls, "13");
-  hosted.Call("Refresh");
-  EXPECT_EQ(calls, "13134");
-  EXPECT_FALSE(hosted.control->Disconnect(second));
-  EXPECT_EQ(ErrorOf([&] { hosted.control->Connect(nullptr); }), ErrorNumber::InvalidProcedureCall);
-}
-
-TEST(Events, WhatASinkLeavesInAKeyIsWhatTheSurfaceSees) {
-  HostedControl hosted(100, 100);
-  hosted.Assign(300, 50);
-  hosted.window->ClickArrow(Bar::Horizontal, true);  // the bar has the focus now
-  hosted.window->Key(KeyAction::Down, 39, 0);        // right
-  EXPECT_EQ(hosted.BarValue(Bar::Horizontal), 20);
-  hosted.onEvent = [](Event event, std::span<Variant> arguments) {
-    if (event == Event::KeyDown) arguments[0] = Integer{0};
-  };
-  hosted.window->Key(KeyAction::Down, 39, 0);
-  EXPECT_EQ(hosted.BarValue(Bar::Horizontal), 20);
 }
 
 }  // namespace
