@@ -1,4 +1,4 @@
-# Every header of the core and its contracts compiles alone; on Windows also before and after the
+# Every header of the core, its contracts and what hosts include compiles alone; on Windows also before and after the
 # system headers, whose macros rename what they meet.
 set(folders base control picture picture/kernels imagefile twain platform/contracts platform/surface)
 if(WIN32)
@@ -8,6 +8,7 @@ else()
 endif()
 list(TRANSFORM folders REPLACE ".+" "${CMAKE_SOURCE_DIR}/\\0/*.h")
 file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${folders})
+list(APPEND headers embed/control.h embed/control_window.h embed/quillet.h embed/stage.h)
 
 set(all_headers "")
 set(sources "")
