@@ -45,18 +45,6 @@ void TWAIN::UserControl_Terminate() {
   m_Dialog.reset();
 }
 
-void TWAIN::InitProperties() {
-  m_ColorType = twRGB;
-  m_Resolution = 75;
-  m_FileName.clear();
-  m_ShowProgress = true;
-  m_ShowInterface = false;
-  m_AutoRedraw = true;
-  m_Scrollable = true;
-  m_Quality = 70;
-  m_FileType = twBITMAP;
-}
-
 void TWAIN::NotifyChanged(std::string_view name) {
   if (m_site) m_site->PropertyChanged(name);
 }

@@ -13,6 +13,7 @@
 #include "imagefile/cGDI.h"
 #include "picture/cPicture24.h"
 #include "platform/contracts/platform.h"
+#include "platform/contracts/property_bag.h"
 #include "platform/contracts/site.h"
 #include "platform/contracts/surface.h"
 #include "twain/cTwain.h"
@@ -36,8 +37,13 @@ class TWAIN : public std::enable_shared_from_this<TWAIN> {
                                        std::shared_ptr<Site> site);
   ~TWAIN();
 
-  // The settings of a new instance. The host calls it once, before it uses the control.
+  // The settings of a new instance, or of one that the host kept with its document: the host calls
+  // one of the two, once, before it uses the control. Reading stops at a value that does not
+  // convert or is refused, with its run-time error; the keys after it are not touched.
   void InitProperties();
+  void ReadProperties(PropertyBag& bag);
+  // Any number of times. The picture is not among the settings.
+  void WriteProperties(PropertyBag& bag);
 
   // Sinks are called in the order in which they connected. The cookie undoes the connection.
   int Connect(std::shared_ptr<EventSink> sink) { return m_events.Connect(std::move(sink)); }
