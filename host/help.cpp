@@ -36,6 +36,7 @@ What the host and the user do (points and sizes in pixels of the control's insid
   @layout                     prints left, top, width and height in twips, of the picture box with
                               its size in pixels, of the bars with visible, min, max and value
   @keep:NAME                  keeps the picture that the control has now
+  @close                      lets go of the control and closes its window
 
   What the user will do in the next dialog is said before it; otherwise they cancel.
   @choose:NAME                picks that source in the next source chooser (SelectSource)
@@ -82,6 +83,7 @@ Examples
   quillet --trace ShowInterface=True @source:scan Scan
   quillet --view 320x200 Picture=page.bmp @scroll:v,120 @layout @snapshot:view.png
   quillet --events --on Click=Flip Picture=page.bmp @mouse:click,10,10
+  quillet --events --leaks --on Progress=@close Picture=page.bmp Flip
   quillet Picture=a.bmp @keep:a Flip Flip Compare:@a
 )";
 

@@ -140,6 +140,10 @@ Step::Action CancelNext(Fields) {
   return CancelFileDialog{};
 }
 
+Step::Action Close(Fields) {
+  return CloseWindow{};
+}
+
 struct Verb {
   const char* name;
   const char* form;  // of its arguments
@@ -163,6 +167,7 @@ constexpr Verb kVerbs[] = {
     {"answer", ":PATH", 1, 1, true, AnswerYes},
     {"answer-no", ":PATH", 1, 1, true, AnswerNo},
     {"cancel", "", 0, 0, false, CancelNext},
+    {"close", "", 0, 0, false, Close},
 };
 
 const Verb& FindVerb(std::string_view name) {

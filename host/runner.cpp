@@ -66,6 +66,7 @@ struct Runner::Perform {
     window().WillTypeFileName(answer.fileName, answer.yes);
   }
   void operator()(const CancelFileDialog&) const { window().WillCancelFileDialog(); }
+  void operator()(const CloseWindow&) const { session().Close(); }
 };
 
 Runner::Runner(Platform& platform, std::unique_ptr<ControlWindow> window,
@@ -83,14 +84,18 @@ std::vector<Runner::Handler> Runner::HandlersOf(const CommandLine& commandLine) 
 }
 
 int Runner::Run() {
-  m_session.Window().Idle();
+  Idle();
   for (const Step& step : m_commandLine.steps) {
     if (m_failed && !m_commandLine.keepGoing) break;
     RunStep(step);
-    m_session.Window().Idle();
+    Idle();
   }
   if (m_failed) return kFailed;
   return m_notSaved ? kNotSaved : kSuccess;
+}
+
+void Runner::Idle() {
+  if (m_session.IsOpen()) m_session.Window().Idle();
 }
 
 void Runner::EventRaised(Event event, std::span<Variant> arguments) {

@@ -33,6 +33,7 @@ class Runner : private SessionEvents {
   void EventRaised(Event event, std::span<Variant> arguments) override;
   void PropertyChanged(std::string_view name) override;
 
+  void Idle();
   void RunStep(const Step& step);
   void Fail(const Step& step, const std::string& reason);
   void Call(const Member& member, std::vector<Variant>& arguments);

@@ -2,9 +2,9 @@
 
 #include <stdexcept>
 
-#include "control/TWAIN.h"
 #include "host/enumerations.h"
 #include "host/step.h"
+#include "platform/contracts/site.h"
 
 namespace quillet {
 
@@ -30,18 +30,27 @@ Session::Session(Platform& platform, std::unique_ptr<ControlWindow> window, Sess
     : m_platform(platform),
       m_listener(std::make_shared<Listener>(events)),
       m_window(std::move(window)),
-      m_control(TWAIN::Create(platform, m_window->ControlsSurface(), m_listener)),
-      m_cookie(m_control->Connect(m_listener)) {
-  m_control->InitProperties();
-}
+      m_control(std::in_place, platform, m_window->ControlsSurface(), m_listener),
+      m_cookie(m_control->Connect(m_listener)) {}
 
 Session::~Session() {
   m_listener->Close();
-  m_control->Disconnect(m_cookie);
+  if (m_control) m_control->Disconnect(m_cookie);
+}
+
+ControlWindow& Session::Window() {
+  if (!m_window) throw std::runtime_error("the control is gone");
+  return *m_window;
+}
+
+void Session::Close() {
+  m_control.reset();
+  m_window.reset();
 }
 
 Variant Session::Invoke(const Member& member, std::span<Variant> arguments) {
-  return quillet::Invoke(*m_control, member.number, member.access, arguments);
+  if (!m_control) throw std::runtime_error("the control is gone");
+  return m_control->Invoke(member.number, member.access, arguments);
 }
 
 Variant Session::Argument(ValueKind kind, const std::string& text) {

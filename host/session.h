@@ -2,11 +2,12 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "control/dispatch.h"
+#include "embed/control.h"
 #include "embed/control_window.h"
 #include "platform/contracts/platform.h"
 
@@ -30,7 +31,12 @@ class Session {
   Session& operator=(const Session&) = delete;
   ~Session();
 
-  ControlWindow& Window() { return *m_window; }
+  // std::runtime_error once the window is closed, as from everything that needs the control.
+  ControlWindow& Window();
+  bool IsOpen() const { return m_window != nullptr; }
+  // The host lets go of the control and closes the window, inside an event too.
+  void Close();
+
   const BitmapServices& Bitmaps() const { return m_platform.bitmaps; }
 
   Variant Invoke(const Member& member, std::span<Variant> arguments);
@@ -52,7 +58,7 @@ class Session {
   Platform& m_platform;
   std::shared_ptr<Listener> m_listener;
   std::unique_ptr<ControlWindow> m_window;
-  std::shared_ptr<TWAIN> m_control;
+  std::optional<Control> m_control;  // none once it is let go of
   int m_cookie;
   std::map<std::string, ObjectRef> m_kept;
 };

@@ -68,12 +68,14 @@ struct TypeFileName {
   bool yes;  // to the question that may follow
 };
 struct CancelFileDialog {};
+// The host closes the window and lets go of the control.
+struct CloseWindow {};
 
 struct Step {
   using Action =
       std::variant<ReadProperty, WriteProperty, CallMethod, TakeSnapshot, ResizeControl, DragThumb,
                    ClickArrow, ClickPage, UseMouse, PressKey, ReportLayout, KeepPicture,
-                   ChooseSource, PressSourceButton, TypeFileName, CancelFileDialog>;
+                   ChooseSource, PressSourceButton, TypeFileName, CancelFileDialog, CloseWindow>;
 
   std::string text;  // as it was given, for messages
   Action action;

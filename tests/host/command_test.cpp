@@ -109,6 +109,34 @@ TEST(Command, AFailureInsideAnEventEndsTheRunAfterTheStepThatRaisedIt) {
   EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1);
 }
 
+TEST(Command, TheHostMayCloseTheWindowInsideAnEvent) {
+  const TemporaryFolder folder;
+  const std::string picture = PictureFile(folder, 200, 150);
+  const struct {
+    const char* event;
+    std::vector<std::string> causes;
+  } cases[] = {{"Progress", {"Flip"}},
+               {"Resize", {"@resize:90x90"}},
+               {"Scroll", {"@scroll:h,20"}},
+               {"Click", {"@mouse:click,5,5"}},
+               {"DblClick", {"@mouse:dblclick,5,5"}},
+               {"KeyDown", {"@key:down,40"}},
+               {"MouseMove", {"@mouse:move,5,5"}}};
+  for (const auto& c : cases) {
+    std::vector<std::string> arguments{"--leaks", "--view", "100x100", "Picture=" + picture,
+                                       "@keep:p"};
+    arguments.insert(arguments.end(), c.causes.begin(), c.causes.end());
+    arguments.insert(arguments.end(), {"--on", std::string(c.event).append("=@close")});
+    const Outcome outcome = Quillet(arguments);
+    EXPECT_EQ(outcome.out, "leaks: none\n") << c.event;
+    EXPECT_EQ(outcome.status, 0) << c.event << outcome.err;
+  }
+  const Outcome gone = Quillet({"@close", "--keep-going", "Quality", "@layout"});
+  EXPECT_EQ(gone.status, 1);
+  EXPECT_EQ(gone.err,
+            "quillet: Quality: the control is gone\nquillet: @layout: the control is gone\n");
+}
+
 TEST(Command, AKeptPictureStaysWhatItWas) {
   const TemporaryFolder folder;
   const std::string picture = PictureFile(folder, 5, 2);

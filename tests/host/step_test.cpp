@@ -59,6 +59,7 @@ struct Meaning {
     return "type [" + answer.fileName + "] " + (answer.yes ? "yes" : "no");
   }
   std::string operator()(const CancelFileDialog&) const { return "cancel"; }
+  std::string operator()(const CloseWindow&) const { return "close"; }
 };
 
 TEST(Step, MeansWhatItsFirstMarkSays) {
@@ -99,6 +100,7 @@ TEST(Step, MeansWhatItsFirstMarkSays) {
       {"@source:cancel", "press Cancel"},
       {"@answer:a, b=c:d.jpg", "type [a, b=c:d.jpg] yes"},
       {"@Answer-No:/x.tif", "type [/x.tif] no"},
+      {"@close", "close"},
       {"@cancel", "cancel"},
   };
   for (const auto& [text, meaning] : cases)
