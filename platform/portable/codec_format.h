@@ -23,6 +23,10 @@ double DotsPerInch(Long dotsPerMeter);
 // The whole number of dots per inch that comes back as that many per metre, 0 when there is none.
 Long WholeDotsPerInch(Long dotsPerMeter);
 
+// Bits of the smallest index that tells so many colours apart.
+inline int DepthFor(std::size_t colors) noexcept {
+  return colors <= 2 ? 1 : colors <= 16 ? 4 : 8;
+}
 // Even steps from black to white, of up to 8 bits.
 std::vector<PaletteColor> GrayPalette(int depth);
 // The palette with every index of the depth, black where the picture's ends.

@@ -27,10 +27,6 @@ struct Pass {
 constexpr Pass kPlain[] = {{0, 1}};
 constexpr Pass kInterlaced[] = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
 
-int DepthFor(std::size_t colors) {
-  return colors <= 2 ? 1 : colors <= 16 ? 4 : 8;
-}
-
 class GifReader {
  public:
   explicit GifReader(ByteSource& source)

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/portable/bitmap_convert.h"
+#include "platform/portable/codec_format.h"
 
 namespace quillet {
 namespace {
@@ -263,13 +264,16 @@ std::optional<Dib> ExactPalette(const Dib& dib) {
       if (colors.Find(pixel) < 0) return std::nullopt;
     }
   }
-  Dib indexed(IndexedFormat(dib, colors.Palette(), 8));
+  const std::vector<PaletteColor> palette = colors.Palette();
+  Dib indexed(IndexedFormat(dib, palette, DepthFor(palette.size())));
+  std::vector<Byte> indexes(static_cast<std::size_t>(dib.Width()));
   for (Long y = 0; y < dib.Height(); ++y) {
     const Byte* pixel = rows.Row(y);
-    Byte* const target = indexed.WritableRow(y);
-    for (Long x = 0; x < dib.Width(); ++x, pixel += 3) {
-      target[x] = static_cast<Byte>(colors.Find(pixel));
+    for (Byte& index : indexes) {
+      index = static_cast<Byte>(colors.Find(pixel));
+      pixel += 3;
     }
+    PackIndexes(indexes.data(), dib.Width(), indexed.Depth(), indexed.WritableRow(y));
   }
   return indexed;
 }

@@ -143,6 +143,20 @@ TEST(Codecs, GifHoldsUpTo256ColorsExactlyAndLikensMore) {
   EXPECT_LT(MeanDifference(*loaded, many), 6);
 }
 
+TEST(Codecs, GifTakesTheFewestBitsForTheColorsThatThereAre) {
+  TemporaryFolder folder;
+  CodecDriver driver;
+  for (const auto& [colors, depth] : {std::pair{1, 1}, {2, 1}, {3, 4}, {16, 4}, {17, 8}}) {
+    Dib dib = Dib::Zeroed({.width = 19, .height = 3, .depth = 24});
+    for (Long x = 0; x < 19; ++x) dib.WritableRow(1)[x * 3] = static_cast<Byte>(x % colors * 9);
+    std::optional<Dib> loaded;
+    ASSERT_EQ(driver.Save(dib, folder.Path("f"), twGIF), CodecStatus::Ok);
+    ASSERT_EQ(driver.Load(folder.Path("f"), loaded), CodecStatus::Ok);
+    EXPECT_EQ(loaded->Depth(), depth) << colors;
+    EXPECT_EQ(Shown(*loaded), Shown(dib)) << colors;
+  }
+}
+
 TEST(Codecs, WhatIsNotOpaqueLiesOverTheBackground) {
   // Made by hand: a GIF canvas of 4 x 3 with a frame of 2 x 1 at (1, 1): red, then transparent.
   const std::vector<Byte> gif{'G', 'I', 'F', '8', '9',  'a',  4, 0, 3, 0,    0x80, 0, 0,    255, 0,
