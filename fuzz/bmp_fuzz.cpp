@@ -1,8 +1,4 @@
-// Feeds arbitrary bytes to the BMP and icon readers. Build with clang:
-//   clang++ -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -I. fuzz/bmp_fuzz.cpp
-//       base/runtime_error.cpp
-//       platform/portable/{bitmap_convert,bmp_reader,bmp_rle,byte_source,dib,
-//       icon_reader,pixel_memory}.cpp
+// Feeds arbitrary bytes to the BMP and icon readers. scripts/fuzz builds and runs it.
 #include <cstddef>
 
 #include "base/runtime_error.h"

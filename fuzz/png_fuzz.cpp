@@ -1,8 +1,4 @@
-// Feeds arbitrary bytes to the PNG reader. Build with clang:
-//   clang++ -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -I. fuzz/png_fuzz.cpp
-//       base/{rounding,runtime_error}.cpp
-//       platform/portable/{bitmap_convert,byte_source,codec_format,dib,file_errors,
-//       pixel_memory,replacing_file,codec_png}.cpp -lpng
+// Feeds arbitrary bytes to the PNG reader. scripts/fuzz builds and runs it.
 #include <cstddef>
 #include <new>
 
