@@ -25,17 +25,19 @@ LRESULT NativeWindow::Default(UINT message, WPARAM wParam, LPARAM lParam) noexce
 void NativeWindow::Destroy() noexcept {
   m_listens = false;
   if (m_stands) ::DestroyWindow(m_window);
-  // Refused to any thread but the one that made it.
-  if (m_stands) Unbind();
+  // Refused to any thread but the one that made it: the window stays, and so must the code that it
+  // may still call.
+  if (m_stands && !Unbind()) KeepThisModule();
 }
 
-void NativeWindow::Unbind() noexcept {
+bool NativeWindow::Unbind() noexcept {
   m_stands = false;
   m_classes->Count(-1);
   ::SetWindowLongPtrW(m_window, GWLP_USERDATA, 0);
-  // Another's procedure may have been put before this one, and calls it.
-  if (::GetWindowLongPtrW(m_window, GWLP_WNDPROC) == reinterpret_cast<LONG_PTR>(&Procedure))
-    ::SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_original));
+  if (::GetWindowLongPtrW(m_window, GWLP_WNDPROC) != reinterpret_cast<LONG_PTR>(&Procedure))
+    return false;
+  ::SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_original));
+  return true;
 }
 
 LRESULT CALLBACK NativeWindow::Procedure(HWND window, UINT message, WPARAM wParam,

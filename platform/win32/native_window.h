@@ -39,7 +39,8 @@ class NativeWindow {
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam,
                                     LPARAM lParam) noexcept;
-  void Unbind() noexcept;
+  // False when another's procedure stands before ours and goes on calling it.
+  bool Unbind() noexcept;
 
   std::shared_ptr<WindowClasses> m_classes;
   HWND m_window;

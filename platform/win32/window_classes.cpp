@@ -4,12 +4,23 @@
 
 namespace quillet {
 
-HINSTANCE ThisModule() noexcept {
+namespace {
+
+HMODULE ModuleOfThis(DWORD flag) noexcept {
   HMODULE module = nullptr;
-  ::GetModuleHandleExW(
-      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-      reinterpret_cast<LPCWSTR>(&ThisModule), &module);
+  ::GetModuleHandleExW(flag | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<LPCWSTR>(&ThisModule), &module);
   return module;
+}
+
+}  // namespace
+
+HINSTANCE ThisModule() noexcept {
+  return ModuleOfThis(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT);
+}
+
+void KeepThisModule() noexcept {
+  ModuleOfThis(GET_MODULE_HANDLE_EX_FLAG_PIN);
 }
 
 WindowClass::WindowClass(const wchar_t* name, UINT style, HBRUSH background)

@@ -8,6 +8,8 @@ namespace quillet {
 
 // The module that this code is in: the program, or the library that was loaded into one.
 HINSTANCE ThisModule() noexcept;
+// Keeps it loaded until the process ends.
+void KeepThisModule() noexcept;
 
 // A registered window class. Its procedure is the system's default one, so that a window which is
 // left behind never calls into a library that is gone. The name is made unlike that of every other

@@ -5,7 +5,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "embed/win32_dialog_user.h"
@@ -97,54 +96,6 @@ TEST(Win32Surface, GoesBeforeItsHostsWindowWithoutATrace) {
   EXPECT_FALSE(::IsWindow(box));
   EXPECT_EQ(::GetWindow(host.Get(), GW_CHILD), nullptr);
   EXPECT_EQ(platform.Census(), CensusCounts{});
-}
-
-// A host's procedure over the one that it found.
-WNDPROC hostsOriginal;
-LRESULT CALLBACK HostsProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return ::CallWindowProcW(hostsOriginal, window, message, wParam, lParam);
-}
-
-DWORD WINAPI LetGo(void* surface) {
-  static_cast<std::shared_ptr<Win32Surface>*>(surface)->reset();
-  return 0;
-}
-
-// Without the left button, with which a system bar goes into a loop of its own.
-void SendEverything(HWND window) {
-  for (const int message :
-       {WM_SIZE, WM_PAINT, WM_RBUTTONDOWN, WM_RBUTTONUP, WM_KEYDOWN, WM_SETFOCUS, WM_SETCURSOR,
-        WM_HSCROLL, OCM_HSCROLL, WM_MOUSEMOVE, WM_CAPTURECHANGED})
-    ::SendMessageW(window, static_cast<UINT>(message), 0, 0);
-}
-
-TEST(Win32Surface, WindowsThatTheSystemDoesNotDestroyDoNothingWithoutTheirObjects) {
-  const HostsWindow host;
-  std::vector<HWND> windows;
-  {
-    Win32Platform platform;
-    auto surface = platform.CreateSurface(100, 80);
-    RecordingSurfaceEvents events;
-    surface->Connect(&events);
-    surface->Site(host.Get(), {0, 0, 104, 84});
-    const HWND box = surface->picTwain().Window();
-    windows = {box, surface->HScroll1().Window(), surface->UserControl().Window()};
-    hostsOriginal = reinterpret_cast<WNDPROC>(
-        ::SetWindowLongPtrW(box, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&HostsProcedure)));
-    events.Take();
-    // The system destroys a window on its own thread alone.
-    const HANDLE thread = ::CreateThread(nullptr, 0, LetGo, &surface, 0, nullptr);
-    ASSERT_EQ(::WaitForSingleObject(thread, 10'000), WAIT_OBJECT_0);
-    ::CloseHandle(thread);
-    EXPECT_FALSE(surface);
-    for (const HWND window : windows) {
-      EXPECT_TRUE(::IsWindow(window));
-      SendEverything(window);
-    }
-    EXPECT_EQ(events.Take(), Log{});
-    EXPECT_EQ(platform.Census().windows, 0);
-  }
-  for (const HWND window : windows) SendEverything(window);
 }
 
 TEST(Win32Surface, AClassThatAWindowKeptIsTakenAgain) {
