@@ -4,6 +4,7 @@
 
 #include "platform/win32/sdk.h"
 #include "platform/win32/text.h"
+#include "platform/win32/window_classes.h"
 
 namespace quillet {
 namespace {
@@ -40,7 +41,7 @@ bool Show(OPENFILENAME_RECORD& record, BOOL(WINAPI* dialog)(OPENFILENAMEA*)) {
   native.lStructSize = OPENFILENAME_SIZE_VERSION_400A;  // the 76-byte form
 #endif
   native.hwndOwner = reinterpret_cast<HWND>(record.hwndOwner);
-  native.hInstance = ::GetModuleHandleW(nullptr);
+  native.hInstance = ThisModule();
   native.lpstrFilter = filter.c_str();
   native.lpstrFile = file.data();
   native.nMaxFile = static_cast<DWORD>(file.size() + 1);
