@@ -314,7 +314,13 @@ std::uint64_t TiffPages::CopyRange(std::uint64_t offset, std::uint64_t size) {
 }
 
 void TiffPages::DecodePage(std::uint64_t directory) {
+  // The library finds the end of the written pages by walking through all of them, every time.
+  constexpr int kMostDecoded = 256;
+  constexpr std::int64_t kMostPixels = std::int64_t{1} << 30;
+  if (++m_decodedPages > kMostDecoded) RefuseImage("too many pages that cannot be copied");
   const Dib dib = ReadTiffPage(m_source, directory, {});
+  m_decodedPixels += std::int64_t{dib.Width()} * dib.Height();
+  if (m_decodedPixels > kMostPixels) RefuseImage("too large pages that cannot be copied");
   Flush();
   {
     const bool first = m_linkOfNext < 16 && m_written <= 16;

@@ -13,8 +13,8 @@ namespace quillet {
 // kind: the encoded strips or tiles as they are, every tag, subordinate directories. Nothing is
 // decoded but a page that refers to its data from inside them.
 //
-// A hostile file can neither loop nor grow: directories are followed once, and no more is copied
-// than twice the file's size.
+// A hostile file can neither loop nor grow: directories are followed once, no more is copied than
+// twice the file's size, and no more decoded than 256 pages of 2^30 pixels together.
 class TiffPages {
  public:
   // CodecError for what is no TIFF file, or one whose chain of pages loops or leaves the file.
@@ -64,6 +64,8 @@ class TiffPages {
   std::vector<std::uint64_t> m_pages;
   std::unordered_set<std::uint64_t> m_seen;
   std::uint64_t m_budget;
+  int m_decodedPages = 0;
+  std::int64_t m_decodedPixels = 0;
 
   // What was read ahead.
   std::vector<Byte> m_block;

@@ -9,6 +9,7 @@
 #include <functional>
 #include <string_view>
 
+#include "platform/portable/tiff_file.h"
 #include "tests/support/codec_driver.h"
 #include "tests/support/temporary_folder.h"
 
@@ -196,22 +197,31 @@ TEST_F(HostileFiles, TextsInAPngFileAreNotUnpacked) {
   EXPECT_EQ(m_driver.Load(m_file, loaded), CodecStatus::Ok);
 }
 
-TEST_F(HostileFiles, AThousandPagesArePages) {
+// A page's tags without the strip's size make it one that must be decoded.
+Bytes ThousandPages(bool withSizes) {
   Bytes file = Text("II*\0"sv) + Little(8, 4);
-  constexpr std::uint32_t kPageSize = 2 + 8 * 12 + 4;
-  for (std::uint32_t page = 0; page < 1000; ++page) {
-    const std::uint32_t next = page == 999 ? 0 : 8 + (page + 1) * kPageSize;
-    const Bytes whole = TiffPage(8, 8, 8, 1, 64, {}, next);
+  constexpr std::uint32_t kPages = 1000, kPageSize = 2 + 8 * 12 + 4;
+  for (std::uint32_t page = 0; page < kPages; ++page) {
+    const std::uint32_t next = page + 1 == kPages ? 0 : 8 + (page + 1) * kPageSize;
+    Bytes whole = TiffPage(8, 8, 8, 1, 64, {}, next);
+    if (!withSizes) whole[8 + 2 + 7 * 12] = 0x18;  // tag 280, the smallest sample
     file.insert(file.end(), whole.begin() + 8, whole.begin() + 8 + kPageSize);
   }
-  WriteBytes(m_file, file);
-  std::optional<Dib> loaded;
-  EXPECT_EQ(m_driver.Load(m_file, loaded), CodecStatus::Ok);
-  // Every page shows the same 64 bytes: copied a thousand times they are more than the file holds.
+  return file;
+}
+
+TEST_F(HostileFiles, AThousandPagesAreCopiedButNotDecoded) {
   const Dib added = Dib::Zeroed({.width = 1, .height = 1, .depth = 24});
-  EXPECT_EQ(m_driver.Append(m_file, m_folder.Path("new"), added), CodecStatus::Ok);
-  FileSource source(m_folder.Path("new"));
-  EXPECT_LT(source.Size(), file.size() * 3);
+  for (const bool withSizes : {true, false}) {
+    const Bytes file = ThousandPages(withSizes);
+    WriteBytes(m_file, file);
+    std::optional<Dib> loaded;
+    EXPECT_EQ(m_driver.Load(m_file, loaded), CodecStatus::Ok);
+    const std::string made = m_folder.Path(withSizes ? "copied" : "decoded");
+    EXPECT_EQ(m_driver.Append(m_file, made, added),
+              withSizes ? CodecStatus::Ok : CodecStatus::GenericError);
+    EXPECT_EQ(std::filesystem::exists(made), withSizes);
+  }
 }
 
 TEST_F(HostileFiles, DirectoriesThatHoldThemselvesAreFollowedOnce) {
@@ -221,6 +231,36 @@ TEST_F(HostileFiles, DirectoriesThatHoldThemselvesAreFollowedOnce) {
   EXPECT_EQ(m_driver.Load(m_file, loaded), CodecStatus::Ok);
   const Dib added = Dib::Zeroed({.width = 1, .height = 1, .depth = 24});
   EXPECT_EQ(m_driver.Append(m_file, m_folder.Path("new"), added), CodecStatus::Ok);
+}
+
+// Not hostile, only old: nothing says how long the strip is, so it cannot be copied as it stands.
+TEST_F(HostileFiles, APageWithoutSizesIsDecodedAndWrittenAnew) {
+  constexpr std::uint32_t kTags = 9, kPixels = 8 + 2 + kTags * 12 + 4;
+  Bytes file = Tiff({{256, 4, 1, 8},
+                     {257, 4, 1, 8},
+                     {258, 3, 1, 8},
+                     {259, 3, 1, 1},
+                     {262, 3, 1, 1},
+                     {273, 4, 1, kPixels},
+                     {277, 3, 1, 1},
+                     {278, 4, 1, 8},
+                     {296, 3, 1, 2}});
+  ASSERT_EQ(file.size(), kPixels + 64);
+  for (std::size_t i = 0; i < 64; ++i) file[kPixels + i] = static_cast<Byte>(i * 3);
+  WriteBytes(m_file, file);
+  std::optional<Dib> before, after;
+  ASSERT_EQ(m_driver.Load(m_file, before), CodecStatus::Ok);
+  const Dib added = Dib::Zeroed({.width = 1, .height = 1, .depth = 24});
+  for (int page = 1; page <= 2; ++page) {
+    ASSERT_EQ(m_driver.Append(m_file, m_file, added), CodecStatus::Ok);
+    ASSERT_EQ(m_driver.Load(m_file, after), CodecStatus::Ok);
+    ASSERT_EQ(after->Depth(), 8);
+    for (Long y = 0; y < 8; ++y) {
+      EXPECT_TRUE(std::equal(after->Row(y), after->Row(y) + 8, &file[kPixels] + y * 8)) << y;
+    }
+    FileSource source(m_file);
+    EXPECT_EQ(TIFFNumberOfDirectories(OpenTiff(source).get()), page + 1);
+  }
 }
 
 }  // namespace
