@@ -13,6 +13,14 @@ Control::Control(Control&&) noexcept = default;
 Control& Control::operator=(Control&&) noexcept = default;
 Control::~Control() = default;
 
+void Control::ReadProperties(PropertyBag& bag) {
+  m_control->ReadProperties(bag);
+}
+
+void Control::WriteProperties(PropertyBag& bag) const {
+  m_control->WriteProperties(bag);
+}
+
 Variant Control::Get(std::string_view name) const {
   return Invoke(NumberOf(name), Access::Get, {});
 }

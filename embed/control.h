@@ -13,6 +13,7 @@
 namespace quillet {
 
 struct Platform;
+class PropertyBag;
 class Site;
 class Surface;
 class TWAIN;
@@ -38,6 +39,12 @@ class Control {
   Control(Control&&) noexcept;
   Control& operator=(Control&&) noexcept;
   ~Control();
+
+  // The settings that the host keeps with its document: taken over before the control is used,
+  // given out at any time. An error of the bag, or of a value that does not fit, ends either; what
+  // was read before it stays.
+  void ReadProperties(PropertyBag& bag);
+  void WriteProperties(PropertyBag& bag) const;
 
   // Reads and writes a property. A picture is written as the object itself, not as a copy.
   Variant Get(std::string_view name) const;

@@ -17,5 +17,6 @@
 #include "embed/control_window.h"
 #include "embed/stage.h"
 #include "platform/contracts/platform.h"
+#include "platform/contracts/property_bag.h"
 #include "platform/contracts/site.h"
 #include "platform/contracts/surface.h"

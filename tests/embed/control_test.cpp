@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <map>
 #include <optional>
 
 #include "embed/stage.h"
+#include "platform/contracts/property_bag.h"
 #include "tests/support/error_of.h"
 #include "tests/support/pictures.h"
 #include "tests/support/print_census.h"
@@ -38,6 +39,26 @@ TEST_F(HostControl, ReadsWritesAndCallsByNameWithPlainValues) {
   control->Call("Fit");
   EXPECT_EQ(ErrorOf([&] { control->Put("BitmapWidth", 1); }), ErrorNumber::MemberNotSupported);
   EXPECT_EQ(ErrorOf([&] { control->Get("Width"); }), ErrorNumber::MemberNotSupported);
+}
+
+TEST_F(HostControl, HandsItsSettingsOverThroughABag) {
+  struct Bag : PropertyBag {
+    std::map<std::string, Variant> values;
+    Variant ReadProperty(const std::string& key, const Variant& defaultValue) override {
+      const auto found = values.find(key);
+      return found == values.end() ? defaultValue : found->second;
+    }
+    void WriteProperty(const std::string& key, const Variant& value, const Variant&) override {
+      values[key] = value;
+    }
+  } bag;
+  control->Put("Resolution", 300);
+  control->Put("ToolTipText", "a tip");
+  control->WriteProperties(bag);
+  control.emplace(stage->Contracts(), window->ControlsSurface());
+  control->ReadProperties(bag);
+  EXPECT_EQ(control->Get("Resolution"), Variant(Integer{300}));
+  EXPECT_EQ(control->Get("ToolTipText"), Variant(std::string("a tip")));
 }
 
 // The object that owns the control and listens to it may be one, and may go at any moment.
