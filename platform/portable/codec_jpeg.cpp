@@ -111,9 +111,12 @@ class Decompressor {
     m_errors.Guard([&] { jpeg_create_decompress(&m_info); });
     m_info.src = &m_source;
     m_progress.progress_monitor = [](j_common_ptr info) {
-      // Each scan of a progressive file costs a pass over all coefficients.
-      constexpr int kMostScans = 500;
-      if (reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > kMostScans) {
+      // Each scan of a progressive file costs a pass over all coefficients; common ones have ten.
+      constexpr std::uint64_t kMostScans = 500;
+      constexpr std::uint64_t kMostPixelsRead = std::uint64_t{1} << 34;
+      const auto& file = *reinterpret_cast<j_decompress_ptr>(info);
+      const auto scans = static_cast<std::uint64_t>(file.input_scan_number);
+      if (scans > kMostScans || scans * file.image_width * file.image_height > kMostPixelsRead) {
         info->err->msg_code = JERR_BAD_PROGRESSION;
         info->err->error_exit(info);
       }
