@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "platform/portable/file_errors.h"
-#include "platform/portable/pixel_memory.h"
 #include "platform/portable/replacing_file.h"
 
 namespace quillet {
@@ -34,14 +33,24 @@ class OpenFile {
     if (m_file >= 0) close(m_file);
   }
 
+  // In pieces: for a very long one the system may first gather memory at length.
   void Write(std::span<const Byte> bytes) const {
+    constexpr std::size_t kPiece = std::size_t{1} << 20;
     while (!bytes.empty()) {
-      const ssize_t written = write(m_file, bytes.data(), bytes.size());
+      const ssize_t written = write(m_file, bytes.data(), std::min(bytes.size(), kPiece));
       if (written >= 0)
         bytes = bytes.subspan(static_cast<std::size_t>(written));
       else if (errno != EINTR)
         ThrowFileError(m_name, errno);
     }
+  }
+
+  // Lets go of what the file held. An empty one is left alone: some file systems take cutting it as
+  // the sign of a replacement, and start writing to the disk as soon as it is closed.
+  void Empty() const {
+    struct stat status;
+    if (fstat(m_file, &status) != 0 || (status.st_size != 0 && ftruncate(m_file, 0) != 0))
+      ThrowFileError(m_name, errno);
   }
 
   // 0 at the end of the file.
@@ -83,28 +92,11 @@ std::string PortableFiles::GetTempFileNameA(const std::string& folder, const std
   return name;
 }
 
-// Systems copy into whole pages of theirs twice as fast from memory that starts on a page. So what
-// comes in several pieces is first put together in a buffer that stays in the cache.
 void PortableFiles::WriteFile(const std::string& fileName,
                               std::span<const std::span<const Byte>> pieces) {
-  constexpr std::size_t kBufferSize = std::size_t{256} << 10;
-  OpenFile file(fileName, O_WRONLY | O_CREAT | O_TRUNC);
-  if (pieces.size() == 1) {
-    file.Write(pieces.front());
-  } else {
-    PixelMemory buffer(kBufferSize);
-    std::size_t used = 0;
-    for (std::span<const Byte> piece : pieces) {
-      while (!piece.empty()) {
-        const std::size_t count = std::min(piece.size(), kBufferSize - used);
-        std::memcpy(buffer.Data() + used, piece.data(), count);
-        piece = piece.subspan(count);
-        used += count;
-        if (used == kBufferSize) file.Write({buffer.Data(), std::exchange(used, std::size_t{0})});
-      }
-    }
-    file.Write({buffer.Data(), used});
-  }
+  OpenFile file(fileName, O_WRONLY | O_CREAT);
+  file.Empty();
+  for (const std::span<const Byte> piece : pieces) file.Write(piece);
   file.Close();
 }
 
