@@ -1,7 +1,8 @@
 // Measures every operation beside a memcpy of the same page and a peer, in one run.
 //
-// A round runs the memcpy, ours and the peer one after the other, so that whatever slows the
-// machine meets all three; of each the fastest of all rounds counts.
+// A round runs the memcpy, ours and the peer, each a few times on end, so that whatever slows the
+// machine meets all three, and each meets its own memory as warm as it left it; of each the fastest
+// run of all rounds counts.
 
 #include <benchmark/benchmark.h>
 
@@ -11,6 +12,7 @@
 #include <exception>
 #include <limits>
 #include <optional>
+#include <regex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,12 +34,13 @@ constexpr char kHelp[] =
     "usage: quillet_bench [--instructions=scalar|sse2|avx2] [--rounds=N] [--benchmark_...]\n"
     "  --instructions=SET  what the buffer's operations and resampling use (the control picks its\n"
     "                      own); default: the best the processor has\n"
-    "  --rounds=N          rounds for each row; default 15\n"
-    "  --benchmark_filter=REGEX and the other flags of Google Benchmark\n";
+    "  --rounds=N          rounds for each row, three runs each; default 8\n"
+    "  --benchmark_filter=REGEX  only these rows, and of what follows them Memory, Scan, Files;\n"
+    "                      other flags of Google Benchmark are understood too\n";
 
 struct Options {
   InstructionSet instructions = BestKernels().set;
-  int rounds = 15;
+  int rounds = 8;
 };
 
 const char* NameOf(InstructionSet set) {
@@ -96,16 +99,25 @@ class Fastest {
   double m_seconds = std::numeric_limits<double>::infinity();
 };
 
+template <typename Action>
+void OnEnd(Action&& action) {
+  constexpr int kRuns = 3;
+  for (int run = 0; run < kRuns; ++run) action();
+}
+
 void Measure(benchmark::State& state, const Operation& operation, const Page& page) {
   try {
     const Trial trial = operation.make(page);
     Fastest copy, ours, deducted, theirs;
-    for (auto _ : state) {
-      copy.Time([&] { page.Memcpy(); });
+    const auto ourRun = [&] {
       if (trial.prepare) trial.prepare();
       state.SetIterationTime(ours.Time(trial.run));
-      if (trial.deducted) deducted.Time(trial.deducted);
-      if (trial.peer) theirs.Time(trial.peer);
+    };
+    for (auto _ : state) {
+      OnEnd([&] { copy.Time([&] { page.Memcpy(); }); });
+      OnEnd(ourRun);
+      if (trial.deducted) OnEnd([&] { deducted.Time(trial.deducted); });
+      if (trial.peer) OnEnd([&] { theirs.Time(trial.peer); });
     }
     state.counters[kMemcpyCounter] = copy.Seconds();
     state.counters[kOursCounter] = ours.Seconds() - (trial.deducted ? deducted.Seconds() : 0);
@@ -119,6 +131,12 @@ std::string Slug(std::string_view name) {
   std::string slug;
   for (const char c : name) slug += c == ' ' ? '_' : c;
   return slug;
+}
+
+// Whether the filter of the rows takes in what has no row.
+bool IsChosen(const char* name) {
+  const std::string filter = benchmark::GetBenchmarkFilter();
+  return filter.empty() || filter == "all" || std::regex_search(name, std::regex(filter));
 }
 
 void Run(const Options& options) {
@@ -147,9 +165,9 @@ void Run(const Options& options) {
     benchmark::RunSpecifiedBenchmarks(&results);
     benchmark::ClearRegisteredBenchmarks();
   }
-  MeasureMemory(600, results);
-  MeasureScan(600, options.rounds, results);
-  MeasureImageFiles(300, options.rounds, results);
+  if (IsChosen("Memory")) MeasureMemory(600, results);
+  if (IsChosen("Scan")) MeasureScan(600, options.rounds, results);
+  if (IsChosen("Files")) MeasureImageFiles(300, options.rounds, results);
   results.PrintMissed();
   results.PrintTotal();
 }
