@@ -67,6 +67,7 @@ Options
   --leaks           prints which platform objects are left when the control is gone
   --members         prints the control's members and ends
   --list-sources    prints the simulated sources and ends
+  --self-test       alone, on Windows: checks what the control relies on and prints what held
   --version, --help
 
 Exit status

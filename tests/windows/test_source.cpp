@@ -5,6 +5,7 @@
 //   posted   a registered message to the application's window, claimed when it comes back (usual)
 //   told     by calling the manager
 //   window   the same, but only when a window of its own got a message by the application's loop
+//   left     as window, and it leaves that window behind
 //   closed   it asks to be closed, by calling the manager
 //
 // Where QUILLET_TEST_SOURCE_LOG names a file, what was out of order is written there.
@@ -158,7 +159,7 @@ class Source {
       Tell(MSG_XFERREADY);
     } else if (m_way == "closed") {
       Tell(MSG_CLOSEDSREQ);
-    } else if (m_way == "window") {
+    } else if (m_way == "window" || m_way == "left") {
       // Owned by the parent, as sources' dialogs are.
       m_window = ::CreateWindowExW(0, L"STATIC", L"Test source", WS_POPUP, 0, 0, 50, 50, parent,
                                    nullptr, nullptr, nullptr);
@@ -182,7 +183,7 @@ class Source {
 
   TW_UINT16 Disable() {
     if (!In(5)) return TWRC_FAILURE;
-    if (m_window) ::DestroyWindow(m_window);
+    if (m_window && m_way != "left") ::DestroyWindow(m_window);
     m_window = nullptr;
     m_state = 4;
     return TWRC_SUCCESS;

@@ -74,7 +74,7 @@ TEST_F(SystemsManager, ScansThePageInEveryColourTypeAndTellsNothing) {
 }
 
 TEST_F(SystemsManager, AnImageIsReadyByWhicheverWayTheSourceSaysSo) {
-  for (const char* const way : {"posted", "told", "window"}) {
+  for (const char* const way : {"posted", "told", "window", "left"}) {
     SCOPED_TRACE(way);
     const EnvironmentVariable chosen("QUILLET_TEST_SOURCE", way);
     HostedControl host(300, 200);
