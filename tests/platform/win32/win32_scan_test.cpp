@@ -18,20 +18,12 @@
 namespace quillet {
 namespace {
 
-// The system's manager under Wine, with the test source in place of the scanners it would look for.
+// The system's manager under Wine, where the test source stands in place of the scanners that it
+// would look for.
 class SystemsManager : public testing::Test {
  protected:
   void SetUp() override {
     if (!IsWine()) GTEST_SKIP() << "the sources of a real machine are its owner's";
-    wchar_t windows[MAX_PATH];
-    ::GetWindowsDirectoryW(windows, MAX_PATH);
-    const auto sources =
-        std::filesystem::path(windows) / (sizeof(void*) == 8 ? "twain_64" : "twain_32");
-    std::filesystem::create_directories(sources);
-    std::error_code inUse;
-    std::filesystem::copy_file(ProgramFolder() + L"test_source.dll", sources / "sane.ds",
-                               std::filesystem::copy_options::overwrite_existing, inUse);
-    ASSERT_TRUE(std::filesystem::exists(sources / "sane.ds")) << inUse.message();
   }
   void TearDown() override {
     std::ifstream log(m_folder.Path("log"));
