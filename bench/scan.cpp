@@ -84,8 +84,8 @@ void MeasureScan(int dotsPerInch, int rounds, Results& results) {
   PortablePlatform platform;
   const Platform& all = platform.Contracts();
   ReadyWatch watch(all.sources);
-  Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
-                     watch,       all.files,    all.codecs, all.dialogs};
+  Platform contracts{all.bitmaps, all.pictures, all.memory,  all.messages, watch,
+                     all.files,   all.codecs,   all.dialogs, all.forms,    all.system};
   PortableWindow window(platform, 800, 600);
   const auto control = TWAIN::Create(contracts, window.ControlsSurface(), nullptr);
   control->InitProperties();

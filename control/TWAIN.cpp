@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/runtime_error.h"
+#include "control/frmAbout.h"
 
 namespace quillet {
 
@@ -43,6 +44,10 @@ void TWAIN::UserControl_Terminate() {
   m_Twain.reset();
   m_GDI.reset();
   m_Dialog.reset();
+}
+
+void TWAIN::About() {
+  frmAbout(m_platform).Show();
 }
 
 void TWAIN::NotifyChanged(std::string_view name) {

@@ -106,6 +106,9 @@ class TWAIN : public std::enable_shared_from_this<TWAIN> {
   void Fit(FIT_TYPE iType);
   void Zoom(Integer iFactory);
 
+  // Shows the About window and returns when it is closed.
+  void About();
+
   // The image methods.
   void Flip();
   void Reverse();

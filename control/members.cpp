@@ -21,26 +21,6 @@ constexpr Parameter kSaveOrLoadDialog[] = {
     {"sFilter", true, ""}, {"sTitle", true, ""}, {"sInitDir", true, ""}};
 constexpr Parameter kAddDialog[] = {{"sTitle", true, ""}, {"sInitDir", true, ""}};
 
-// A method that is part of the interface but not of this build: run-time error 445.
-template <typename Function>
-consteval Member Unavailable(Long number, const char* name, const char* help = nullptr,
-                             std::span<const Parameter> parameters = {}) {
-  using Shape = Signature<Function>;
-  return {number,
-          name,
-          Access::Method,
-          parameters,
-          Shape::kKinds,
-          Passage<typename Shape::Result>::kKind,
-          help,
-          [](TWAIN&, std::span<Variant>) -> Variant {
-            throw RunTimeError(ErrorNumber::ActionNotSupported);
-          }};
-}
-
-template <typename Result, typename... Arguments>
-using Method = Result (TWAIN::*)(Arguments...);
-
 constexpr std::array kMembers = {
     MemberRow<&TWAIN::Quality>(0x68030014, "Quality", Access::Get,
                                "Set image quality for JPEG formats."),
@@ -107,7 +87,7 @@ constexpr std::array kMembers = {
     MemberRow<&TWAIN::PutScrollable>(0x68030000, "Scrollable", Access::Put,
                                      "Enables automatic implementation of scroll bars."),
 
-    Unavailable<Method<void>>(0x60030015, "About"),
+    MemberRow<&TWAIN::About>(0x60030015, "About", Access::Method),
     MemberRow<&TWAIN::Compare>(0x60030016, "Compare", Access::Method,
                                "Compare current bitmap with another bitmap.", kComparePic),
     MemberRow<&TWAIN::Refresh>(0x60030017, "Refresh", Access::Method,

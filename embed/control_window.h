@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -52,10 +53,17 @@ class ControlWindow {
   virtual void WillTypeFileName(const std::string& fileName, bool yes) = 0;
   virtual void WillCancelFileDialog() = 0;
 
+  // What the person does while a form is open (the About window): called whenever nothing else is
+  // to do; false for nothing more, upon which the form is closed. Does not throw.
+  virtual void WhileAFormIsOpen(std::function<bool()> act) = 0;
+  // Clicks a control of the open form by its name; false when no form is open. Until it is closed,
+  // mouse, keys and bars of this window do nothing.
+  virtual bool ClickOnForm(const std::string& control) = 0;
+
   // Lets the window do what waits for the host's message loop: paint what needs it.
   virtual void Idle() = 0;
 
-  // The whole control, border included, after Idle.
+  // The whole control, border included, after Idle; while a form is open, the form.
   virtual Snapshot Capture() = 0;
 
   // Where everything stands, for the layout report. Positions in twips of the control surface.

@@ -4,6 +4,7 @@
 
 #include "base/rounding.h"
 #include "base/runtime_error.h"
+#include "platform/portable/portable_forms.h"
 #include "platform/portable/portable_messages.h"
 #include "platform/portable/portable_platform.h"
 #include "platform/portable/simulated_user.h"
@@ -26,6 +27,7 @@ PortableWindow::PortableWindow(PortablePlatform& platform, int width, int height
       m_paintTask(platform.Queue().AddIdleTask([surface = m_surface] { surface->Idle(); })) {}
 
 PortableWindow::~PortableWindow() {
+  m_platform.Forms().Attend({});
   m_platform.Queue().RemoveIdleTask(m_paintTask);
   m_surface->Close();
 }
@@ -40,6 +42,7 @@ void PortableWindow::Mouse(MouseAction action, int x, int y, Integer button, Int
   if (!known) throw RunTimeError(ErrorNumber::InvalidProcedureCall, "not a mouse button");
   const Integer column = ToInteger(x);
   const Integer row = ToInteger(y);
+  if (m_platform.Forms().IsOpen()) return;
   // A handler may close this window; the surface hears the rest and drops it.
   const auto surface = m_surface;
   SurfaceInput& input = surface->Input();
@@ -62,6 +65,7 @@ void PortableWindow::Mouse(MouseAction action, int x, int y, Integer button, Int
 }
 
 void PortableWindow::Key(KeyAction action, Integer code, Integer shift) {
+  if (m_platform.Forms().IsOpen()) return;
   SurfaceInput& input = m_surface->Input();
   switch (action) {
     case KeyAction::Down:
@@ -74,14 +78,17 @@ void PortableWindow::Key(KeyAction action, Integer code, Integer shift) {
 }
 
 void PortableWindow::DragThumb(Bar bar, Integer value) {
+  if (m_platform.Forms().IsOpen()) return;
   m_surface->Input().DragThumb(ScrollBarOf(bar), value);
 }
 
 void PortableWindow::ClickArrow(Bar bar, bool forward) {
+  if (m_platform.Forms().IsOpen()) return;
   m_surface->Input().ClickArrow(ScrollBarOf(bar), forward);
 }
 
 void PortableWindow::ClickPage(Bar bar, bool forward) {
+  if (m_platform.Forms().IsOpen()) return;
   m_surface->Input().ClickPage(ScrollBarOf(bar), forward);
 }
 
@@ -101,14 +108,23 @@ void PortableWindow::WillCancelFileDialog() {
   m_platform.User().WillCancelFileDialog();
 }
 
+void PortableWindow::WhileAFormIsOpen(std::function<bool()> act) {
+  m_platform.Forms().Attend(std::move(act));
+}
+
+bool PortableWindow::ClickOnForm(const std::string& control) {
+  return m_platform.Forms().Click(control);
+}
+
 void PortableWindow::Idle() {
   m_surface->Idle();
 }
 
 Snapshot PortableWindow::Capture() {
   const auto surface = m_surface;
-  surface->Idle();
-  Raster raster = surface->Render();
+  PortableForms* const form = m_platform.Forms().IsOpen() ? &m_platform.Forms() : nullptr;
+  surface->Idle();  // without a form, a handler may end this window and the platform
+  Raster raster = form ? form->Render() : surface->Render();
   Snapshot snapshot{raster.Width(), raster.Height(), {}};
   snapshot.rgb = std::move(raster).TakePixels();
   return snapshot;

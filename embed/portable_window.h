@@ -31,6 +31,8 @@ class PortableWindow : public ControlWindow {
   void WillPressScan(bool scan) override;
   void WillTypeFileName(const std::string& fileName, bool yes) override;
   void WillCancelFileDialog() override;
+  void WhileAFormIsOpen(std::function<bool()> act) override;
+  bool ClickOnForm(const std::string& control) override;
   void Idle() override;
   Snapshot Capture() override;
   Place BoxPlace() const override;

@@ -22,7 +22,8 @@ class Win32Stage : public Stage {
   Platform m_contracts{m_platform.Contracts().bitmaps, m_platform.Contracts().pictures,
                        m_platform.Contracts().memory,  m_platform.Contracts().messages,
                        m_platform.Contracts().sources, m_platform.Contracts().files,
-                       m_platform.Contracts().codecs,  m_dialogs};
+                       m_platform.Contracts().codecs,  m_dialogs,
+                       m_platform.Contracts().forms,   m_platform.Contracts().system};
 };
 
 }  // namespace

@@ -89,7 +89,8 @@ Snapshot SnapshotOf(HWND window) {
 }  // namespace
 
 Win32Window::Win32Window(Win32Platform& platform, Win32DialogUser& user, int width, int height)
-    : m_user(user),
+    : m_forms(platform.Forms()),
+      m_user(user),
       m_class(L"Quillet.Host", 0, nullptr),
       m_surface(platform.CreateSurface(width, height)),
       m_hand(std::make_shared<Win32Hand>(m_surface)) {
@@ -102,6 +103,7 @@ Win32Window::Win32Window(Win32Platform& platform, Win32DialogUser& user, int wid
 }
 
 Win32Window::~Win32Window() {
+  m_forms.Attend({});
   ::DestroyWindow(m_window);
 }
 
@@ -118,6 +120,7 @@ void Win32Window::Mouse(MouseAction action, int x, int y, Integer button, Intege
                                                  : button == 1 || button == 2 || button == 4;
   if (!known) throw RunTimeError(ErrorNumber::InvalidProcedureCall, "not a mouse button");
   const ::POINT at{ToInteger(x), ToInteger(y)};
+  if (m_forms.IsOpen()) return;
   // A handler may close this window; the surface hears the rest and drops it.
   const auto hand = m_hand;
   switch (action) {
@@ -139,19 +142,27 @@ void Win32Window::Mouse(MouseAction action, int x, int y, Integer button, Intege
 }
 
 void Win32Window::Key(KeyAction action, Integer code, Integer shift) {
-  m_hand->Key(action, code, shift);
+  if (!m_forms.IsOpen()) m_hand->Key(action, code, shift);
 }
 
 void Win32Window::DragThumb(Bar bar, Integer value) {
-  m_hand->DragThumb(bar, value);
+  if (!m_forms.IsOpen()) m_hand->DragThumb(bar, value);
 }
 
 void Win32Window::ClickArrow(Bar bar, bool forward) {
-  m_hand->Scroll(bar, forward ? SB_LINERIGHT : SB_LINELEFT);
+  if (!m_forms.IsOpen()) m_hand->Scroll(bar, forward ? SB_LINERIGHT : SB_LINELEFT);
 }
 
 void Win32Window::ClickPage(Bar bar, bool forward) {
-  m_hand->Scroll(bar, forward ? SB_PAGERIGHT : SB_PAGELEFT);
+  if (!m_forms.IsOpen()) m_hand->Scroll(bar, forward ? SB_PAGERIGHT : SB_PAGELEFT);
+}
+
+void Win32Window::WhileAFormIsOpen(std::function<bool()> act) {
+  m_forms.Attend(std::move(act));
+}
+
+bool Win32Window::ClickOnForm(const std::string& control) {
+  return m_forms.Click(control);
 }
 
 void Win32Window::Idle() {
@@ -162,8 +173,11 @@ void Win32Window::Idle() {
 
 Snapshot Win32Window::Capture() {
   const auto surface = m_surface;
-  Idle();
-  return SnapshotOf(surface->UserControl().Window());
+  const HWND form = m_forms.Window();
+  Idle();  // without a form, a handler may end this window and the platform
+  if (!form) return SnapshotOf(surface->UserControl().Window());
+  ::RedrawWindow(form, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  return SnapshotOf(form);
 }
 
 ControlWindow::Place Win32Window::BoxPlace() const {

@@ -2,6 +2,7 @@
 
 #include "embed/control_window.h"
 #include "embed/win32_hand.h"
+#include "platform/win32/win32_forms.h"
 #include "platform/win32/win32_surface.h"
 #include "platform/win32/window_classes.h"
 
@@ -37,6 +38,8 @@ class Win32Window : public ControlWindow {
   void WillPressScan(bool scan) override;
   void WillTypeFileName(const std::string& fileName, bool yes) override;
   void WillCancelFileDialog() override;
+  void WhileAFormIsOpen(std::function<bool()> act) override;
+  bool ClickOnForm(const std::string& control) override;
   void Idle() override;
   // Read from the display; without pixels once the window is gone.
   Snapshot Capture() override;
@@ -44,6 +47,7 @@ class Win32Window : public ControlWindow {
   Place BarPlace(Bar bar) const override;
 
  private:
+  Win32Forms& m_forms;
   Win32DialogUser& m_user;
   WindowClass m_class;
   std::shared_ptr<Win32Surface> m_surface;

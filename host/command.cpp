@@ -39,6 +39,23 @@ std::unique_ptr<Stage> StageOf(const CommandLine& commandLine) {
                     .page = commandLine.page});
 }
 
+// The machine without a browser: what would be opened is printed.
+class PrintingShell : public SystemServices {
+ public:
+  PrintingShell(SystemServices& system, std::ostream& out) : m_system(system), m_out(out) {}
+
+  int CurrentYear() const override { return m_system.CurrentYear(); }
+  std::string ModuleName() const override { return m_system.ModuleName(); }
+  bool ShellExecuteA(WindowHandle, const std::string& file) override {
+    m_out << "opens " << file << '\n';
+    return true;
+  }
+
+ private:
+  SystemServices& m_system;
+  std::ostream& m_out;
+};
+
 int RunSteps(const CommandLine& commandLine, std::ostream& out, std::ostream& err) {
   std::unique_ptr<Stage> stage;
   try {
@@ -53,6 +70,7 @@ int RunSteps(const CommandLine& commandLine, std::ostream& out, std::ostream& er
   FaultySourceManager faulty(contracts.sources, commandLine.faults);
   TracingSourceManager tracing(faulty, contracts.memory,
                                [&](const std::string& line) { out << line << '\n'; });
+  PrintingShell system(contracts.system, out);
   Platform seen{contracts.bitmaps,
                 contracts.pictures,
                 contracts.memory,
@@ -60,7 +78,9 @@ int RunSteps(const CommandLine& commandLine, std::ostream& out, std::ostream& er
                 commandLine.trace ? static_cast<SourceManager&>(tracing) : faulty,
                 contracts.files,
                 contracts.codecs,
-                contracts.dialogs};
+                contracts.dialogs,
+                contracts.forms,
+                system};
   int status = Runner(seen, stage->OpenWindow(commandLine.view.width, commandLine.view.height),
                       commandLine, out, err)
                    .Run();

@@ -48,6 +48,10 @@ What the host and the user do (points and sizes in pixels of the control's insid
   @answer-no:PATH             answers no: the dialog stays open, for a further @answer or cancelled
   @cancel                     cancels the next file dialog
 
+  After About the steps go on inside its window until it is closed; then those behind About follow.
+  @web                        clicks the window's address: prints what a browser would open
+  @ok                         clicks the window's button, which closes it
+
 Options
   --view WxH        inside size without scroll bars, in pixels (800x600)
   --steps FILE|-    runs the steps in a file or standard input, one a line, at this place among the

@@ -144,6 +144,14 @@ Step::Action Close(Fields) {
   return CloseWindow{};
 }
 
+Step::Action PressOk(Fields) {
+  return ClickForm{"cmdOK"};
+}
+
+Step::Action ClickAddress(Fields) {
+  return ClickForm{"lblAddress"};
+}
+
 struct Verb {
   const char* name;
   const char* form;  // of its arguments
@@ -168,6 +176,8 @@ constexpr Verb kVerbs[] = {
     {"answer-no", ":PATH", 1, 1, true, AnswerNo},
     {"cancel", "", 0, 0, false, CancelNext},
     {"close", "", 0, 0, false, Close},
+    {"ok", "", 0, 0, false, PressOk},
+    {"web", "", 0, 0, false, ClickAddress},
 };
 
 const Verb& FindVerb(std::string_view name) {

@@ -65,6 +65,9 @@ struct Runner::Perform {
   void operator()(const TypeFileName& answer) const {
     window().WillTypeFileName(answer.fileName, answer.yes);
   }
+  void operator()(const ClickForm& click) const {
+    if (!window().ClickOnForm(click.control)) throw std::runtime_error("no form is open");
+  }
   void operator()(const CancelFileDialog&) const { window().WillCancelFileDialog(); }
   void operator()(const CloseWindow&) const { session().Close(); }
 };
@@ -84,11 +87,10 @@ std::vector<Runner::Handler> Runner::HandlersOf(const CommandLine& commandLine) 
 }
 
 int Runner::Run() {
+  // While a form is open the steps go on inside the one that opened it.
+  m_session.Window().WhileAFormIsOpen([this] { return RunNextStep(); });
   Idle();
-  for (const Step& step : m_commandLine.steps) {
-    if (m_failed && !m_commandLine.keepGoing) break;
-    RunStep(step);
-    Idle();
+  while (RunNextStep()) {
   }
   if (m_failed) return kFailed;
   return m_notSaved ? kNotSaved : kSuccess;
@@ -96,6 +98,14 @@ int Runner::Run() {
 
 void Runner::Idle() {
   if (m_session.IsOpen()) m_session.Window().Idle();
+}
+
+bool Runner::RunNextStep() {
+  if (m_nextStep == m_commandLine.steps.size()) return false;
+  if (m_failed && !m_commandLine.keepGoing) return false;
+  RunStep(m_commandLine.steps[m_nextStep++]);
+  Idle();
+  return true;
 }
 
 void Runner::EventRaised(Event event, std::span<Variant> arguments) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <span>
 #include <string>
@@ -34,6 +35,8 @@ class Runner : private SessionEvents {
   void PropertyChanged(std::string_view name) override;
 
   void Idle();
+  // False when there is none, or the run has ended.
+  bool RunNextStep();
   void RunStep(const Step& step);
   void Fail(const Step& step, const std::string& reason);
   void Call(const Member& member, std::vector<Variant>& arguments);
@@ -44,6 +47,7 @@ class Runner : private SessionEvents {
   std::ostream& m_out;
   std::ostream& m_err;
   std::vector<Handler> m_handlers;
+  std::size_t m_nextStep = 0;
   bool m_failed = false;
   bool m_notSaved = false;
   Session m_session;  // last: it raises events from its first moment

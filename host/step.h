@@ -71,11 +71,16 @@ struct CancelFileDialog {};
 // The host closes the window and lets go of the control.
 struct CloseWindow {};
 
+// A click on a control of the open form.
+struct ClickForm {
+  const char* control;
+};
+
 struct Step {
-  using Action =
-      std::variant<ReadProperty, WriteProperty, CallMethod, TakeSnapshot, ResizeControl, DragThumb,
-                   ClickArrow, ClickPage, UseMouse, PressKey, ReportLayout, KeepPicture,
-                   ChooseSource, PressSourceButton, TypeFileName, CancelFileDialog, CloseWindow>;
+  using Action = std::variant<ReadProperty, WriteProperty, CallMethod, TakeSnapshot, ResizeControl,
+                              DragThumb, ClickArrow, ClickPage, UseMouse, PressKey, ReportLayout,
+                              KeepPicture, ChooseSource, PressSourceButton, TypeFileName,
+                              CancelFileDialog, CloseWindow, ClickForm>;
 
   std::string text;  // as it was given, for messages
   Action action;

@@ -6,8 +6,10 @@
 #include "platform/contracts/files.h"
 #include "platform/contracts/global_memory.h"
 #include "platform/contracts/messages.h"
+#include "platform/contracts/modal_forms.h"
 #include "platform/contracts/picture_services.h"
 #include "platform/contracts/source_manager.h"
+#include "platform/contracts/system_services.h"
 
 namespace quillet {
 
@@ -21,6 +23,8 @@ struct Platform {
   Files& files;
   CodecLibrary& codecs;
   Dialogs& dialogs;
+  ModalForms& forms;
+  SystemServices& system;
 };
 
 }  // namespace quillet

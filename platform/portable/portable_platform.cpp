@@ -5,10 +5,12 @@
 #include "platform/portable/portable_codecs.h"
 #include "platform/portable/portable_dialogs.h"
 #include "platform/portable/portable_files.h"
+#include "platform/portable/portable_forms.h"
 #include "platform/portable/portable_memory.h"
 #include "platform/portable/portable_messages.h"
 #include "platform/portable/portable_pictures.h"
 #include "platform/portable/portable_source_manager.h"
+#include "platform/portable/portable_system.h"
 #include "platform/portable/window_table.h"
 
 namespace quillet {
@@ -25,8 +27,10 @@ PortablePlatform::PortablePlatform(const std::string& stateFolder, InstructionSe
       m_files(std::make_unique<PortableFiles>()),
       m_codecs(std::make_unique<PortableCodecs>(m_bitmaps)),
       m_dialogs(std::make_unique<PortableDialogs>(*m_messages, *m_user)),
-      m_contracts{*m_bitmaps, *m_pictures, *m_memory, *m_messages,
-                  *m_sources, *m_files,    *m_codecs, *m_dialogs} {}
+      m_forms(std::make_unique<PortableForms>(*m_messages)),
+      m_system(std::make_unique<PortableSystem>()),
+      m_contracts{*m_bitmaps, *m_pictures, *m_memory,  *m_messages, *m_sources,
+                  *m_files,   *m_codecs,   *m_dialogs, *m_forms,    *m_system} {}
 
 PortablePlatform::~PortablePlatform() = default;
 

@@ -13,11 +13,13 @@ class PortableBitmaps;
 class PortableCodecs;
 class PortableDialogs;
 class PortableFiles;
+class PortableForms;
 class PortableMemory;
 class PortableMessages;
 class PortablePictures;
 class PortableSourceManager;
 class PortableSurface;
+class PortableSystem;
 class SimulatedUser;
 class WindowTable;
 
@@ -45,6 +47,7 @@ class PortablePlatform {
   // For the one who plays the machine and the person in front of it.
   PortableMessages& Queue() noexcept { return *m_messages; }
   PortableSourceManager& Sources() noexcept { return *m_sources; }
+  PortableForms& Forms() noexcept { return *m_forms; }
   SimulatedUser& User() noexcept { return *m_user; }
 
   // Lays the picture in a file on the glass of the sources, in place of the built-in test page.
@@ -62,6 +65,8 @@ class PortablePlatform {
   std::unique_ptr<PortableFiles> m_files;
   std::unique_ptr<PortableCodecs> m_codecs;
   std::unique_ptr<PortableDialogs> m_dialogs;
+  std::unique_ptr<PortableForms> m_forms;
+  std::unique_ptr<PortableSystem> m_system;
   Platform m_contracts;
 };
 

@@ -21,6 +21,7 @@ class Raster {
   int Height() const noexcept { return m_height; }
   PixelRect Bounds() const noexcept { return {0, 0, m_width, m_height}; }
   Rgb At(int x, int y) const;
+  Byte* Pixels() noexcept { return m_pixels.data(); }
   std::vector<Byte> TakePixels() && noexcept { return std::move(m_pixels); }
 
   void Fill(const PixelRect& area, Rgb color);

@@ -8,11 +8,13 @@
 #include "platform/win32/win32_codecs.h"
 #include "platform/win32/win32_dialogs.h"
 #include "platform/win32/win32_files.h"
+#include "platform/win32/win32_forms.h"
 #include "platform/win32/win32_memory.h"
 #include "platform/win32/win32_messages.h"
 #include "platform/win32/win32_pictures.h"
 #include "platform/win32/win32_source_manager.h"
 #include "platform/win32/win32_surface.h"
+#include "platform/win32/win32_system.h"
 
 namespace quillet {
 
@@ -39,6 +41,8 @@ class Win32Platform {
   Platform& Contracts() noexcept { return m_contracts; }
   // Picture objects in and out, for a COM server.
   Win32Pictures& Pictures() noexcept { return m_pictures; }
+  // For the one who plays the person in front of the forms.
+  Win32Forms& Forms() noexcept { return m_forms; }
   CensusCounts Census() const;
 
   // A surface without host, on the calling thread. Sizes and errors as of Win32Surface.
@@ -55,8 +59,10 @@ class Win32Platform {
   Win32Files m_files;
   Win32Codecs m_codecs;
   Win32Dialogs m_dialogs;
-  Platform m_contracts{m_bitmaps, m_pictures, m_memory, m_messages,
-                       m_sources, m_files,    m_codecs, m_dialogs};
+  Win32Forms m_forms{m_classes};
+  Win32System m_system;
+  Platform m_contracts{m_bitmaps, m_pictures, m_memory,  m_messages, m_sources,
+                       m_files,   m_codecs,   m_dialogs, m_forms,    m_system};
 };
 
 }  // namespace quillet

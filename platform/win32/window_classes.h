@@ -34,6 +34,8 @@ class WindowClasses {
   const wchar_t* Control() const noexcept { return m_control.Name(); }
   const wchar_t* Box() const noexcept { return m_box.Name(); }
 
+  const wchar_t* Form() const noexcept { return m_form.Name(); }
+
   void Count(int change) noexcept { m_standing += change; }
   int Standing() const noexcept { return m_standing; }
 
@@ -43,6 +45,7 @@ class WindowClasses {
   // Painted whole by itself, for a new size too, and with a device context of its own.
   WindowClass m_box{L"Quillet.PictureBox", CS_DBLCLKS | CS_OWNDC | CS_HREDRAW | CS_VREDRAW,
                     nullptr};
+  WindowClass m_form{L"Quillet.Form", 0, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1})};
   int m_standing = 0;
 };
 

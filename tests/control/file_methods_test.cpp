@@ -46,7 +46,8 @@ class FileMethods : public testing::Test {
   HostedControl host{300, 200, [this](const Platform& all) {
                        codecs.emplace(all);
                        return Platform{all.bitmaps, all.pictures, all.memory, all.messages,
-                                       all.sources, all.files,    *codecs,    all.dialogs};
+                                       all.sources, all.files,    *codecs,    all.dialogs,
+                                       all.forms,   all.system};
                      }};
 };
 

@@ -37,6 +37,23 @@ TEST(Command, PrintsWhatIsReadAndNothingElse) {
   EXPECT_EQ(outcome.status, 0);
 }
 
+TEST(Command, StepsGoOnInsideTheAboutWindowUntilItIsClosed) {
+  const Outcome outcome =
+      Quillet({"About", "@web", "Quality=90", "@web", "About", "@ok", "Quality", "About"});
+  EXPECT_EQ(outcome.out,
+            "opens https://quillet.example.com\nopens https://quillet.example.com\n90\n");
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.status, 0);
+
+  const Outcome failed = Quillet({"About", "Quality=x", "Quality"});
+  EXPECT_EQ(failed.err,
+            "quillet: Quality=x: run-time error 13: Type mismatch (\"x\" where an Integer is "
+            "expected)\n");
+  EXPECT_EQ(failed.out, "");
+  EXPECT_EQ(failed.status, 1);
+  EXPECT_EQ(Quillet({"@ok"}).err, "quillet: @ok: no form is open\n");
+}
+
 TEST(Command, AFailedStepEndsTheRunUnlessItIsToKeepGoing) {
   const std::string error = "quillet: Quality=70000: run-time error 6: Overflow\n";
   const Outcome ended = Quillet({"Quality=70000", "Quality"});

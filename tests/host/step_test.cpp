@@ -60,6 +60,9 @@ struct Meaning {
   }
   std::string operator()(const CancelFileDialog&) const { return "cancel"; }
   std::string operator()(const CloseWindow&) const { return "close"; }
+  std::string operator()(const ClickForm& click) const {
+    return std::string("click ") + click.control;
+  }
 };
 
 TEST(Step, MeansWhatItsFirstMarkSays) {
@@ -102,6 +105,8 @@ TEST(Step, MeansWhatItsFirstMarkSays) {
       {"@Answer-No:/x.tif", "type [/x.tif] no"},
       {"@close", "close"},
       {"@cancel", "cancel"},
+      {"@ok", "click cmdOK"},
+      {"@web", "click lblAddress"},
   };
   for (const auto& [text, meaning] : cases)
     EXPECT_EQ(std::visit(Meaning{}, ParseStep(text).action), meaning) << text;

@@ -55,7 +55,9 @@ class ImageFiles : public testing::Test {
                        m_faulty.Contracts().sources,
                        m_faulty.Contracts().files,
                        m_codecs,
-                       m_faulty.Contracts().dialogs};
+                       m_faulty.Contracts().dialogs,
+                       m_faulty.Contracts().forms,
+                       m_faulty.Contracts().system};
   PictureRef m_picture = PictureOf(m_platform, 5, 4, Gradient);
   cGDI m_gdi{m_contracts};
   TemporaryFolder m_folder;
@@ -110,7 +112,9 @@ TEST_F(Save, EndsAtTheFirstStepThatFailsAndAnswersItsStatus) {
                        m_contracts.sources,
                        m_contracts.files,
                        codecs,
-                       m_contracts.dialogs};
+                       m_contracts.dialogs,
+                       m_contracts.forms,
+                       m_contracts.system};
     cGDI gdi(contracts);
     gdi.PutBitmapPicture(m_picture);
     EXPECT_EQ(gdi.SaveImage(m_file, 0, 255, 0), Status(CodecStatus::Win32Error));

@@ -113,8 +113,9 @@ class FaultyPlatform {
   Memory m_memory{*this};
   Queue m_messages{*this};
   FileSystem m_files{*this};
-  Platform m_contracts{m_bitmaps,          m_pictures, m_memory,          m_messages,
-                       m_platform.sources, m_files,    m_platform.codecs, m_platform.dialogs};
+  Platform m_contracts{m_bitmaps,          m_pictures,       m_memory,          m_messages,
+                       m_platform.sources, m_files,          m_platform.codecs, m_platform.dialogs,
+                       m_platform.forms,   m_platform.system};
 
   std::string m_failingService;  // empty for any
   int m_failingCall = 0;

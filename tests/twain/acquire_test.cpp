@@ -83,7 +83,9 @@ class Acquire : public testing::Test {
                        *m_manager,
                        m_faulty.Contracts().files,
                        m_faulty.Contracts().codecs,
-                       m_faulty.Contracts().dialogs};
+                       m_faulty.Contracts().dialogs,
+                       m_faulty.Contracts().forms,
+                       m_faulty.Contracts().system};
   cTwain m_twain{m_contracts};
   PictureRef m_picture = m_platform.pictures.EmptyPicture();
 };
@@ -147,8 +149,8 @@ TEST_F(Acquire, EveryRefusalEndsInOrder) {
     const auto manager = AsPrograms(sources);
     sources.Answer(refused.operation, refused.answer);
     const Platform& all = m_platform;
-    Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
-                       *manager,    all.files,    all.codecs, all.dialogs};
+    Platform contracts{all.bitmaps, all.pictures, all.memory,  all.messages, *manager,
+                       all.files,   all.codecs,   all.dialogs, all.forms,    all.system};
     cTwain twain(contracts);
     PictureRef picture;
     EXPECT_EQ(twain.Acquire(picture, 75, twRGB, true, false, ""), refused.result);
@@ -401,8 +403,8 @@ TEST_F(Acquire, AMissingManagerIsAnErrorThatLeavesNothing) {
     std::string AnsiText(const std::string& text, std::size_t) const override { return text; }
   } none;
   const Platform& all = m_platform;
-  Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
-                     none,        all.files,    all.codecs, all.dialogs};
+  Platform contracts{all.bitmaps, all.pictures, all.memory,  all.messages, none,
+                     all.files,   all.codecs,   all.dialogs, all.forms,    all.system};
   cTwain twain(contracts);
   EXPECT_EQ(ErrorOf([&] { twain.Acquire(m_picture, 75, twRGB, true, false, ""); }),
             ErrorNumber::FileNotFound);
@@ -431,8 +433,8 @@ TEST_F(Acquire, ChoosingASourceClosesWhatWasChosen) {
     const auto manager = AsPrograms(sources);
     sources.Answer(refused.operation, refused.answer);
     const Platform& all = m_platform;
-    Platform contracts{all.bitmaps, all.pictures, all.memory, all.messages,
-                       *manager,    all.files,    all.codecs, all.dialogs};
+    Platform contracts{all.bitmaps, all.pictures, all.memory,  all.messages, *manager,
+                       all.files,   all.codecs,   all.dialogs, all.forms,    all.system};
     cTwain twain(contracts);
     EXPECT_EQ(twain.SelectDataSource(""), refused.result) << refused.operation;
     EXPECT_EQ(sources.TakeCalls(), refused.calls);

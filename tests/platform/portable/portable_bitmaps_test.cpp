@@ -21,7 +21,9 @@ class PortableBitmapsTest : public testing::Test {
                     rest.Contracts().sources,
                     rest.Contracts().files,
                     rest.Contracts().codecs,
-                    rest.Contracts().dialogs};
+                    rest.Contracts().dialogs,
+                    rest.Contracts().forms,
+                    rest.Contracts().system};
 };
 
 TEST_F(PortableBitmapsTest, CopiesOfAPictureShareItsPixelsUntilOneIsWritten) {
