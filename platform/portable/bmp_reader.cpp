@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <limits>
 #include <new>
 #include <span>
@@ -28,8 +27,12 @@ constexpr std::int64_t kMostPixels = std::int64_t{1} << 30;
   throw RunTimeError(ErrorNumber::InvalidPicture, reason);
 }
 
+[[noreturn]] void RefuseShort() {
+  Refuse("the file is cut short");
+}
+
 void ReadAll(ByteSource& source, std::uint64_t offset, std::span<Byte> target) {
-  if (source.Read(offset, target) != target.size()) Refuse("the file is cut short");
+  if (source.Read(offset, target) != target.size()) RefuseShort();
 }
 
 ChannelMasks LoadMasks(const Byte* p) {
@@ -62,35 +65,22 @@ bool Agrees(DibCompression compression, const Dib::Format& format) {
   return false;
 }
 
-// In short pieces. Long ones the C library may hand over to the processor's string copy, which is
-// slow where the two addresses lie unluckily.
-void CopyRow(Byte* to, const Byte* from, std::size_t size) {
-  constexpr std::size_t kPiece = 1024;
-  for (; size > kPiece; to += kPiece, from += kPiece, size -= kPiece) std::memcpy(to, from, kPiece);
-  std::memcpy(to, from, size);
-}
-
 // Rows that lie in the file last row first. Many at once, which the system hands out faster than
-// one by one, and from the top of the picture down: memory is filled fastest in its own order.
+// one by one.
 void ReadBottomUp(ByteSource& source, std::uint64_t offset, Dib& dib) {
-  constexpr std::size_t kTogether = std::size_t{1} << 20;
-  const auto stride = static_cast<std::size_t>(dib.Stride());
-  const Long most = static_cast<Long>(
-      std::clamp<std::size_t>(kTogether / stride, 1, static_cast<std::size_t>(dib.Height())));
-  std::vector<Byte> rows(most == 1 ? 0 : static_cast<std::size_t>(most) * stride);
-  for (Long y = 0, count; y < dib.Height(); y += count) {
-    count = std::min(most, dib.Height() - y);
-    const std::uint64_t start =
-        offset + static_cast<std::uint64_t>(dib.Height() - y - count) * stride;
-    if (most == 1) {
-      ReadAll(source, start, {dib.WritableRow(y), dib.RowBytes()});
-      continue;
+  std::array<std::span<Byte>, 64> rows;
+  for (Long y = dib.Height(); y > 0;) {
+    std::size_t count = 0;
+    std::size_t bytes = 0;
+    for (; count < rows.size() && y > 0; ++count) {
+      --y;
+      // The file's last row may lack its alignment bytes.
+      rows[count] = {dib.WritableRow(y),
+                     y == 0 ? dib.RowBytes() : static_cast<std::size_t>(dib.Stride())};
+      bytes += rows[count].size();
     }
-    std::size_t at = static_cast<std::size_t>(count - 1) * stride;
-    // The file's last row may lack its alignment bytes.
-    ReadAll(source, start, {rows.data(), at + dib.RowBytes()});
-    for (Long row = y; row < y + count; ++row, at -= stride)
-      CopyRow(dib.WritableRow(row), rows.data() + at, dib.RowBytes());
+    if (source.ReadScattered(offset, std::span(rows).first(count)) != bytes) RefuseShort();
+    offset += bytes;
   }
 }
 
@@ -101,7 +91,7 @@ Dib ReadUncompressed(ByteSource& source, const DibLayout& layout, std::uint64_t 
       static_cast<std::uint64_t>(DibRowBytes(format.width, format.depth));
   // Some writers leave out the last row's alignment bytes.
   const std::uint64_t size = stride * static_cast<std::uint64_t>(format.height - 1) + rowBytes;
-  if (offset > source.Size() || size > source.Size() - offset) Refuse("the file is cut short");
+  if (offset > source.Size() || size > source.Size() - offset) RefuseShort();
 
   Dib dib(std::move(format), std::move(reserve));
   if (layout.format.topDown)
@@ -113,13 +103,13 @@ Dib ReadUncompressed(ByteSource& source, const DibLayout& layout, std::uint64_t 
 }
 
 Dib ReadRle(ByteSource& source, std::uint64_t offset, Dib::Format format) {
-  if (offset > source.Size()) Refuse("the file is cut short");
+  if (offset > source.Size()) RefuseShort();
   // Enough for the worst encoding, one pixel a run and moves between them; nothing is read beyond.
   const std::uint64_t longest = 8 * (static_cast<std::uint64_t>(format.width) + 1) *
                                 (static_cast<std::uint64_t>(format.height) + 1);
   std::vector<Byte> stream(static_cast<std::size_t>(std::min(source.Size() - offset, longest)));
   ReadAll(source, offset, stream);
-  if (!IsWholeRle(stream, format)) Refuse("the file is cut short");
+  if (!IsWholeRle(stream, format)) RefuseShort();
   Dib dib = Dib::Zeroed(std::move(format));
   DecodeRle(stream, dib);
   return dib;

@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <vector>
 
 #include "base/runtime_error.h"
 
@@ -67,6 +69,22 @@ std::size_t FileSource::Read(std::uint64_t offset, std::span<Byte> target) {
     done += static_cast<std::size_t>(count);
   }
   return done;
+}
+
+std::size_t FileSource::ReadScattered(std::uint64_t offset,
+                                      std::span<const std::span<Byte>> targets) {
+  std::vector<iovec> pieces;
+  std::size_t size = 0;
+  for (const std::span<Byte> target : targets) {
+    pieces.push_back({target.data(), target.size()});
+    size += target.size();
+  }
+  const ssize_t count = lseek(m_file, static_cast<off_t>(offset), SEEK_SET) < 0
+                            ? -1
+                            : readv(m_file, pieces.data(), static_cast<int>(pieces.size()));
+  if (count >= 0 && static_cast<std::size_t>(count) == size) return size;
+  // Interrupted, at the end, too many at once, or an error: one by one shows which.
+  return ByteSource::ReadScattered(offset, targets);
 }
 
 }  // namespace quillet

@@ -17,6 +17,17 @@ class ByteSource {
   virtual std::uint64_t Size() const = 0;
   // Reads from that offset as much as there is; the answer is the number of bytes read.
   virtual std::size_t Read(std::uint64_t offset, std::span<Byte> target) = 0;
+  // The same, one target after the other filled.
+  virtual std::size_t ReadScattered(std::uint64_t offset,
+                                    std::span<const std::span<Byte>> targets) {
+    std::size_t done = 0;
+    for (const std::span<Byte> target : targets) {
+      const std::size_t count = Read(offset + done, target);
+      done += count;
+      if (count < target.size()) break;
+    }
+    return done;
+  }
 };
 
 class MemorySource : public ByteSource {
@@ -41,6 +52,8 @@ class FileSource : public ByteSource {
   std::uint64_t Size() const override { return m_size; }
   // Run-time error 75 when reading fails.
   std::size_t Read(std::uint64_t offset, std::span<Byte> target) override;
+  std::size_t ReadScattered(std::uint64_t offset,
+                            std::span<const std::span<Byte>> targets) override;
 
  private:
   int m_file = -1;

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -33,15 +34,28 @@ class OpenFile {
     if (m_file >= 0) close(m_file);
   }
 
-  // In pieces: for a very long one the system may first gather memory at length.
-  void Write(std::span<const Byte> bytes) const {
-    constexpr std::size_t kPiece = std::size_t{1} << 20;
-    while (!bytes.empty()) {
-      const ssize_t written = write(m_file, bytes.data(), std::min(bytes.size(), kPiece));
-      if (written >= 0)
-        bytes = bytes.subspan(static_cast<std::size_t>(written));
-      else if (errno != EINTR)
-        ThrowFileError(m_name, errno);
+  // From the file's beginning. A call ends where a multiple of 1 MB of the file does: the system
+  // then holds the content in larger pieces of memory, and need not gather very large ones first.
+  void Write(std::span<const std::span<const Byte>> pieces) const {
+    constexpr std::size_t kMostAtOnce = std::size_t{1} << 20;
+    std::vector<std::span<const Byte>> rest(pieces.begin(), pieces.end());
+    std::vector<iovec> together;
+    std::size_t position = 0;
+    for (auto next = rest.begin(); next != rest.end();) {
+      together.clear();
+      std::size_t room = kMostAtOnce - position % kMostAtOnce;
+      for (auto piece = next; piece != rest.end() && room > 0 && together.size() < 16; ++piece) {
+        const std::size_t size = std::min(piece->size(), room);
+        together.push_back({const_cast<Byte*>(piece->data()), size});
+        room -= size;
+      }
+      const ssize_t count = writev(m_file, together.data(), static_cast<int>(together.size()));
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) ThrowFileError(m_name, errno);
+      auto written = static_cast<std::size_t>(count);
+      position += written;
+      while (next != rest.end() && next->size() <= written) written -= (next++)->size();
+      if (next != rest.end()) *next = next->subspan(written);
     }
   }
 
@@ -96,7 +110,7 @@ void PortableFiles::WriteFile(const std::string& fileName,
                               std::span<const std::span<const Byte>> pieces) {
   OpenFile file(fileName, O_WRONLY | O_CREAT);
   file.Empty();
-  for (const std::span<const Byte> piece : pieces) file.Write(piece);
+  file.Write(pieces);
   file.Close();
 }
 
