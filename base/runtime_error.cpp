@@ -31,6 +31,8 @@ const char* Text(ErrorNumber number) {
       return "Invalid property value";
     case ErrorNumber::MemberNotSupported:
       return "Object doesn't support this property or method";
+    case ErrorNumber::AutomationError:
+      return "Automation error";
     case ErrorNumber::ActionNotSupported:
       return "Object doesn't support this action";
     case ErrorNumber::WrongNumberOfArguments:

@@ -20,6 +20,7 @@ enum class ErrorNumber : int {
   PathNotFound = 76,
   InvalidPropertyValue = 380,
   MemberNotSupported = 438,
+  AutomationError = 440,
   ActionNotSupported = 445,
   WrongNumberOfArguments = 450,
   InvalidPicture = 481,

@@ -23,6 +23,7 @@
 #include <windows.h>
 #include <ole2.h>
 #include <olectl.h>
+#include <objsafe.h>
 #include <propidl.h>
 #include <gdiplus.h>
 #include <commctrl.h>

@@ -98,7 +98,11 @@ LRESULT Win32ControlSurface::OnMessage(UINT message, WPARAM wParam, LPARAM lPara
       // Back to the bar that it comes from.
       return lParam ? ::SendMessageW(reinterpret_cast<HWND>(lParam), OCM__BASE + message, wParam, 0)
                     : 0;
+    case WM_MOUSEACTIVATE:  // from the child that was pressed, too
+      TellEntered();
+      return Default(message, wParam, lParam);
     case WM_SETFOCUS:
+      TellEntered();
       // A bar may have been hidden since; the box stands lowest.
       ::SetFocus(::IsWindowVisible(m_focus) ? m_focus : ::GetWindow(m_focus, GW_HWNDLAST));
       return 0;
@@ -108,6 +112,11 @@ LRESULT Win32ControlSurface::OnMessage(UINT message, WPARAM wParam, LPARAM lPara
     default:
       return Default(message, wParam, lParam);
   }
+}
+
+void Win32ControlSurface::TellEntered() {
+  const std::function<void()> heard = m_entered;
+  if (heard) heard();
 }
 
 void Win32ControlSurface::TakeSize() {

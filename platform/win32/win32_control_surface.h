@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "platform/contracts/surface.h"
 #include "platform/surface/surface_link.h"
 #include "platform/win32/native_window.h"
@@ -41,10 +44,14 @@ class Win32ControlSurface : public ControlSurface, public NativeWindow {
   bool PreviewKey(UINT message, WPARAM& key);
   // The child that the focus goes to when the control gets it.
   void RememberFocus(HWND child) noexcept { m_focus = child; }
+  // Told when the user goes into the control, with the mouse or the keyboard. It may let go of the
+  // surface.
+  void OnEntered(std::function<void()> heard) { m_entered = std::move(heard); }
 
  private:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   void TakeSize();
+  void TellEntered();
 
   SurfaceLink& m_link;
   TwipScale m_scale;
@@ -53,6 +60,7 @@ class Win32ControlSurface : public ControlSurface, public NativeWindow {
   int m_width = 0;
   int m_height = 0;
   HWND m_focus = nullptr;
+  std::function<void()> m_entered;
 };
 
 }  // namespace quillet

@@ -133,7 +133,7 @@ void Win32PictureBox::TakeSize() {
 void Win32PictureBox::Paint() {
   PAINTSTRUCT paint{};
   const HDC dc = ::BeginPaint(Window(), &paint);
-  if (dc) PaintPicture(dc, m_picture.get(), ColorOf(m_backColor));
+  if (dc) Draw(dc);
   if (m_painting) {
     m_paintOwed = true;
   } else {
@@ -143,6 +143,10 @@ void Win32PictureBox::Paint() {
   }
   ::EndPaint(Window(), &paint);
   if (!m_painting && std::exchange(m_paintOwed, false) && Stands()) Invalidate();
+}
+
+void Win32PictureBox::Draw(HDC dc) const {
+  PaintPicture(dc, m_picture.get(), ColorOf(m_backColor));
 }
 
 HCURSOR Win32PictureBox::Pointer() const noexcept {

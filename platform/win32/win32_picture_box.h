@@ -36,6 +36,8 @@ class Win32PictureBox : public PictureBox, public NativeWindow {
   void PutToolTipText(const std::string& text) override;
   DCHandle hDC() const override { return ToDCHandle(m_dc); }
   WindowHandle hWnd() const override { return Handle(); }
+  // Paints what the box shows into the clipped area of another context, without an event.
+  void Draw(HDC dc) const;
 
  private:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

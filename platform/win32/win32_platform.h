@@ -34,7 +34,9 @@ class OleSession {
 // The contracts over the system itself. Pictures and surfaces made here may outlive it.
 class Win32Platform {
  public:
-  Win32Platform() = default;
+  // Surfaces share the window classes, which live as long as the last of them.
+  explicit Win32Platform(std::shared_ptr<WindowClasses> classes = std::make_shared<WindowClasses>())
+      : m_classes(std::move(classes)) {}
   Win32Platform(const Win32Platform&) = delete;
   Win32Platform& operator=(const Win32Platform&) = delete;
 
@@ -52,7 +54,7 @@ class Win32Platform {
   OleSession m_ole;
   Win32Bitmaps m_bitmaps;
   Win32Pictures m_pictures{m_bitmaps};
-  std::shared_ptr<WindowClasses> m_classes = std::make_shared<WindowClasses>();
+  std::shared_ptr<WindowClasses> m_classes;
   Win32Memory m_memory;
   Win32Messages m_messages;
   Win32SourceManager m_sources;

@@ -1,0 +1,103 @@
+#include "server/surface_image.h"
+
+#include "base/runtime_error.h"
+#include "server/bar_painter.h"
+
+namespace quillet {
+namespace {
+
+::BITMAPINFO HeaderOf(SIZE size) {
+  ::BITMAPINFO header{};
+  header.bmiHeader.biSize = sizeof header.bmiHeader;
+  header.bmiHeader.biWidth = size.cx;
+  header.bmiHeader.biHeight = size.cy;
+  header.bmiHeader.biPlanes = 1;
+  header.bmiHeader.biBitCount = 24;
+  return header;
+}
+
+SIZE OutsideOf(HWND window) {
+  RECT outside{};
+  ::GetWindowRect(window, &outside);
+  return {outside.right - outside.left, outside.bottom - outside.top};
+}
+
+bool HasVisibleStyle(HWND window) {
+  return (::GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
+}  // namespace
+
+SurfaceImage::SurfaceImage(Win32Surface& surface)
+    : m_size(OutsideOf(surface.UserControl().Window())) {
+  if (m_size.cx < 1 || m_size.cy < 1) return;
+  const ::BITMAPINFO header = HeaderOf(m_size);
+  m_dc = ::CreateCompatibleDC(nullptr);
+  m_bitmap = ::CreateDIBSection(m_dc, &header, DIB_RGB_COLORS, &m_bits, nullptr, 0);
+  m_previous = ::SelectObject(m_dc, m_bitmap);
+  if (!m_previous) {
+    ::DeleteDC(m_dc);
+    if (m_bitmap) ::DeleteObject(m_bitmap);
+    throw RunTimeError(ErrorNumber::OutOfMemory);
+  }
+  const Win32ControlSurface& control = surface.UserControl();
+  PaintBorder(control);
+  const SIZE frame = control.Frame();
+  const POINT inside{frame.cx / 2, frame.cy / 2};
+  PaintPart(surface.picTwain().Window(), inside, surface);
+  for (const HWND bar : {surface.VScroll1().Window(), surface.HScroll1().Window()})
+    if (HasVisibleStyle(bar)) PaintPart(bar, inside, surface);
+  ::GdiFlush();
+}
+
+SurfaceImage::~SurfaceImage() {
+  if (!m_dc) return;
+  ::SelectObject(m_dc, m_previous);
+  ::DeleteDC(m_dc);
+  ::DeleteObject(m_bitmap);
+}
+
+void SurfaceImage::PaintBorder(const Win32ControlSurface& control) const {
+  RECT whole{0, 0, m_size.cx, m_size.cy};
+  ::FillRect(m_dc, &whole, ::GetSysColorBrush(COLOR_BTNFACE));
+  if (control.BorderStyle() == 1) ::DrawEdge(m_dc, &whole, EDGE_SUNKEN, BF_RECT);
+}
+
+// A child of the control, painted on a surface of its own: painting knows nothing of the place it
+// will have.
+void SurfaceImage::PaintPart(HWND window, POINT inside, Win32Surface& surface) const {
+  RECT place{};
+  ::GetWindowRect(window, &place);
+  const HWND control = ::GetParent(window);
+  ::MapWindowPoints(nullptr, control, reinterpret_cast<::POINT*>(&place), 2);
+  const int width = place.right - place.left;
+  const int height = place.bottom - place.top;
+  if (width < 1 || height < 1) return;
+  const HDC dc = ::CreateCompatibleDC(nullptr);
+  const HBITMAP bitmap = ::CreateCompatibleBitmap(m_dc, width, height);
+  const HGDIOBJ previous = ::SelectObject(dc, bitmap);
+  if (previous) {
+    if (window == surface.picTwain().Window())
+      surface.picTwain().Draw(dc);
+    else
+      PaintBar(dc, window);
+    ::BitBlt(m_dc, inside.x + place.left, inside.y + place.top, width, height, dc, 0, 0, SRCCOPY);
+    ::SelectObject(dc, previous);
+  }
+  if (bitmap) ::DeleteObject(bitmap);
+  ::DeleteDC(dc);
+  if (!previous) throw RunTimeError(ErrorNumber::OutOfMemory);
+}
+
+void SurfaceImage::Draw(HDC dc, const RECT& place) const {
+  if (!m_dc) return;
+  const ::BITMAPINFO header = HeaderOf(m_size);
+  const int mode = ::SetStretchBltMode(dc, COLORONCOLOR);
+  const int rows =
+      ::StretchDIBits(dc, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                      0, 0, m_size.cx, m_size.cy, m_bits, &header, DIB_RGB_COLORS, SRCCOPY);
+  ::SetStretchBltMode(dc, mode);
+  if (rows == 0) throw RunTimeError(ErrorNumber::OutOfMemory, "the device takes no picture");
+}
+
+}  // namespace quillet
