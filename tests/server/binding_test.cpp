@@ -142,10 +142,6 @@ TEST_F(Binding, OptionalArgumentsMayBeLeftOut) {
   PutRef(control.get(), L"Picture", Value(BlackPicture(40, 30).get()));
   EXPECT_EQ(Call(control.get(), L"Fit").result, S_OK);
   EXPECT_EQ(Call(control.get(), L"Fit", {Value::LeftOut().get()}).result, S_OK);
-  // Without a scanner's manager there is nothing to show, but the call is whole.
-  const HRESULT result = Call(control.get(), L"SelectSource", {Value::LeftOut().get()}).result;
-  EXPECT_NE(result, RunTime(450));
-  EXPECT_NE(result, RunTime(13));
 }
 
 TEST_F(Binding, TheFunctionsOfTheDualInterfaceDoTheSame) {
