@@ -18,6 +18,8 @@ template <typename... Handlers>
 struct Overload : Handlers... {
   using Handlers::operator()...;
 };
+template <typename... Handlers>
+Overload(Handlers...) -> Overload<Handlers...>;
 
 [[noreturn]] void Mismatch(const char* wanted, const std::string& given) {
   throw RunTimeError(ErrorNumber::TypeMismatch, given + " where " + wanted + " is expected");

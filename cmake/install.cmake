@@ -9,7 +9,8 @@ list(REMOVE_ITEM INSTALLED_HEADERS platform/contracts/owned_handles.h)
 list(APPEND INSTALLED_HEADERS
   base/object.h base/runtime_error.h base/types.h base/variant.h
   control/dispatch.h control/events.h twain/protocol.h
-  embed/control.h embed/control_window.h embed/quillet.h embed/stage.h)
+  embed/control.h embed/control_window.h embed/property_file.h embed/property_text.h
+  embed/quillet.h embed/stage.h)
 install(CODE "
   set(SOURCE_FOLDER \"${PROJECT_SOURCE_DIR}\")
   set(WORK_FOLDER \"${PROJECT_BINARY_DIR}/installed_headers\")

@@ -42,6 +42,7 @@ class Parser {
       });
     }
     CheckKeptNames();
+    CheckLoadedProperties();
     return std::move(m_result);
   }
 
@@ -152,6 +153,16 @@ class Parser {
     for (const Step* step : steps)
       for (const std::string& name : KeptNamesIn(*step))
         if (!kept.contains(name)) AddError(step->text, "no step keeps a picture as " + name);
+  }
+
+  // A control takes settings from its host's document before it is used, or never.
+  void CheckLoadedProperties() {
+    const auto check = [&](const Step& step) {
+      if (std::holds_alternative<LoadProperties>(step.action))
+        AddError(step.text, "settings are loaded by a control's first step only");
+    };
+    for (std::size_t i = 1; i < m_result.steps.size(); ++i) check(m_result.steps[i]);
+    for (const EventStep& eventStep : m_result.eventSteps) check(eventStep.step);
   }
 
   std::span<const std::string> m_arguments;

@@ -35,6 +35,8 @@ What the host and the user do (points and sizes in pixels of the control's insid
   @key:down|press|up,CODE[,SHIFT]
   @layout                     prints left, top, width and height in twips, of the picture box with
                               its size in pixels, of the bars with visible, min, max and value
+  @save-properties:FILE       saves the control's settings that differ from their defaults as text
+  @load-properties:FILE       as the first step only: the control starts with these settings
   @keep:NAME                  keeps the picture that the control has now
   @close                      lets go of the control and closes its window
 

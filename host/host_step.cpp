@@ -144,6 +144,16 @@ Step::Action Close(Fields) {
   return CloseWindow{};
 }
 
+Step::Action Restore(Fields fields) {
+  if (fields[0].empty()) throw UsageError("the file's name is missing");
+  return LoadProperties{fields[0]};
+}
+
+Step::Action Preserve(Fields fields) {
+  if (fields[0].empty()) throw UsageError("the file's name is missing");
+  return SaveProperties{fields[0]};
+}
+
 Step::Action PressOk(Fields) {
   return ClickForm{"cmdOK"};
 }
@@ -176,6 +186,8 @@ constexpr Verb kVerbs[] = {
     {"answer-no", ":PATH", 1, 1, true, AnswerNo},
     {"cancel", "", 0, 0, false, CancelNext},
     {"close", "", 0, 0, false, Close},
+    {"load-properties", ":FILE", 1, 1, true, Restore},
+    {"save-properties", ":FILE", 1, 1, true, Preserve},
     {"ok", "", 0, 0, false, PressOk},
     {"web", "", 0, 0, false, ClickAddress},
 };

@@ -69,6 +69,8 @@ struct Runner::Perform {
     if (!window().ClickOnForm(click.control)) throw std::runtime_error("no form is open");
   }
   void operator()(const CancelFileDialog&) const { window().WillCancelFileDialog(); }
+  void operator()(const LoadProperties& load) const { session().LoadProperties(load.file); }
+  void operator()(const SaveProperties& save) const { session().SaveProperties(save.file); }
   void operator()(const CloseWindow&) const { session().Close(); }
 };
 
@@ -89,7 +91,9 @@ std::vector<Runner::Handler> Runner::HandlersOf(const CommandLine& commandLine) 
 int Runner::Run() {
   // While a form is open the steps go on inside the one that opened it.
   m_session.Window().WhileAFormIsOpen([this] { return RunNextStep(); });
-  Idle();
+  // Settings are read before the control is used.
+  const auto& steps = m_commandLine.steps;
+  if (steps.empty() || !std::holds_alternative<LoadProperties>(steps.front().action)) Idle();
   while (RunNextStep()) {
   }
   if (m_failed) return kFailed;

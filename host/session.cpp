@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "embed/property_file.h"
 #include "host/enumerations.h"
 #include "host/step.h"
 #include "platform/contracts/site.h"
@@ -57,6 +58,20 @@ Variant Session::Argument(ValueKind kind, const std::string& text) {
   if (kind == ValueKind::Picture) return PictureNamed(text);
   if (const auto value = EnumerationValue(kind, text)) return std::to_string(*value);
   return text;
+}
+
+void Session::LoadProperties(const std::string& fileName) {
+  if (!m_control) throw std::runtime_error("the control is gone");
+  PropertyFile file(m_platform);
+  file.Load(fileName);
+  m_control->ReadProperties(file);
+}
+
+void Session::SaveProperties(const std::string& fileName) {
+  if (!m_control) throw std::runtime_error("the control is gone");
+  PropertyFile file(m_platform);
+  m_control->WriteProperties(file);
+  file.Save(fileName);
 }
 
 void Session::KeepPicture(const std::string& name) {

@@ -47,6 +47,11 @@ class Session {
   // when nothing is kept under that name yet.
   Variant Argument(ValueKind kind, const std::string& text);
 
+  // The control's settings, from a property file before the control is used, and to one. Errors as
+  // of PropertyFile and Control.
+  void LoadProperties(const std::string& fileName);
+  void SaveProperties(const std::string& fileName);
+
   // Keeps the object that the control's Picture gives now, in place of an earlier one.
   void KeepPicture(const std::string& name);
 

@@ -71,16 +71,25 @@ struct CancelFileDialog {};
 // The host closes the window and lets go of the control.
 struct CloseWindow {};
 
+// The control's settings, from and to a property file.
+struct LoadProperties {
+  std::string file;
+};
+struct SaveProperties {
+  std::string file;
+};
+
 // A click on a control of the open form.
 struct ClickForm {
   const char* control;
 };
 
 struct Step {
-  using Action = std::variant<ReadProperty, WriteProperty, CallMethod, TakeSnapshot, ResizeControl,
-                              DragThumb, ClickArrow, ClickPage, UseMouse, PressKey, ReportLayout,
-                              KeepPicture, ChooseSource, PressSourceButton, TypeFileName,
-                              CancelFileDialog, CloseWindow, ClickForm>;
+  using Action =
+      std::variant<ReadProperty, WriteProperty, CallMethod, TakeSnapshot, ResizeControl, DragThumb,
+                   ClickArrow, ClickPage, UseMouse, PressKey, ReportLayout, KeepPicture,
+                   ChooseSource, PressSourceButton, TypeFileName, CancelFileDialog, CloseWindow,
+                   ClickForm, LoadProperties, SaveProperties>;
 
   std::string text;  // as it was given, for messages
   Action action;

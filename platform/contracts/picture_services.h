@@ -39,6 +39,11 @@ class PictureServices {
   // there is no such file or folder, 75 when it cannot be read, 481 for content that is no such
   // picture, 7 when there is no memory.
   virtual PictureRef LoadPicture(const std::string& fileName) = 0;
+
+  // Writes the picture as a file that LoadPicture reads: a bitmap as BMP, an icon as ICO or CUR.
+  // Run-time errors: as of Files, 481 for a picture that holds
+  // nothing or is of another kind, 7 when there is no memory.
+  virtual void SavePicture(const PictureRef& picture, const std::string& fileName) = 0;
 };
 
 }  // namespace quillet

@@ -244,6 +244,11 @@ BitmapHandle PortableBitmaps::AddIcon(IconImage icon) {
   return handle;
 }
 
+const IconImage* PortableBitmaps::FindIcon(BitmapHandle icon) const {
+  const auto found = m_icons.find(icon);
+  return found == m_icons.end() ? nullptr : &found->second;
+}
+
 const Dib* PortableBitmaps::FindBitmap(BitmapHandle bitmap) const {
   const auto found = m_bitmaps.find(bitmap);
   return found == m_bitmaps.end() ? nullptr : &found->second.dib;

@@ -46,6 +46,7 @@ class PortableBitmaps : public BitmapServices {
   // What the handle names, null when it is stale or of another kind. Valid until the handle is
   // written to or released.
   const Dib* FindBitmap(BitmapHandle bitmap) const;
+  const IconImage* FindIcon(BitmapHandle icon) const;
   // A copy that stays as it is now; nothing for no bitmap. Throws std::bad_alloc.
   std::optional<Dib> CopyOf(BitmapHandle bitmap) const;
 

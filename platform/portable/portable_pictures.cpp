@@ -6,7 +6,11 @@
 #include "base/runtime_error.h"
 #include "platform/portable/bmp_reader.h"
 #include "platform/portable/byte_source.h"
+#include "platform/portable/codec_bmp.h"
+#include "platform/portable/codec_error.h"
 #include "platform/portable/icon_reader.h"
+#include "platform/portable/icon_writer.h"
+#include "platform/portable/replacing_file.h"
 
 namespace quillet {
 namespace {
@@ -73,6 +77,28 @@ PictureRef PortablePictures::LoadPicture(const std::string& fileName) {
       picture->Own(PictureKind::Bitmap, bitmap);
     }
     return picture;
+  } catch (const std::bad_alloc&) {
+    throw RunTimeError(ErrorNumber::OutOfMemory);
+  }
+}
+
+void PortablePictures::SavePicture(const PictureRef& picture, const std::string& fileName) {
+  const BitmapHandle handle = picture ? picture->Handle() : BitmapHandle::None;
+  try {
+    if (const Dib* bitmap = m_bitmaps->FindBitmap(handle)) {
+      ReplacingFile file(fileName);
+      WriteBmp(*bitmap, file);
+      file.Commit();
+    } else if (const IconImage* icon = m_bitmaps->FindIcon(handle)) {
+      const std::vector<Byte> content = WriteIcon(*icon);
+      ReplacingFile file(fileName);
+      file.Write(content);
+      file.Commit();
+    } else {
+      throw RunTimeError(ErrorNumber::InvalidPicture, "neither bitmap nor icon");
+    }
+  } catch (const CodecError&) {
+    throw RunTimeError(ErrorNumber::InvalidPicture, "larger than the format can say");
   } catch (const std::bad_alloc&) {
     throw RunTimeError(ErrorNumber::OutOfMemory);
   }

@@ -16,6 +16,7 @@ class PortablePictures : public PictureServices {
   PictureRef EmptyPicture() override;
   PictureRef OleCreatePictureIndirect(BitmapHandle bitmap) override;
   PictureRef LoadPicture(const std::string& fileName) override;
+  void SavePicture(const PictureRef& picture, const std::string& fileName) override;
 
   // Live picture objects.
   int Count() const { return *m_count; }

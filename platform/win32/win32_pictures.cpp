@@ -14,6 +14,7 @@
 #include "platform/win32/gdi_handles.h"
 #include "platform/win32/sdk.h"
 #include "platform/win32/win32_bitmaps.h"
+#include "platform/win32/win32_files.h"
 
 namespace quillet {
 namespace {
@@ -203,6 +204,29 @@ PictureRef Win32Pictures::LoadPicture(const std::string& fileName) {
   } catch (const std::bad_alloc&) {
     throw RunTimeError(ErrorNumber::OutOfMemory);
   }
+}
+
+void Win32Pictures::SavePicture(const PictureRef& picture, const std::string& fileName) {
+  const auto* wrapper = dynamic_cast<const Win32Picture*>(picture.get());
+  const PictureKind kind = wrapper ? wrapper->Kind() : PictureKind::None;
+  if (kind != PictureKind::Bitmap && kind != PictureKind::Icon)
+    throw RunTimeError(ErrorNumber::InvalidPicture, "neither bitmap nor icon");
+  ComPtr<::IStream> stream;
+  if (FAILED(::CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive())))
+    throw RunTimeError(ErrorNumber::OutOfMemory);
+  LONG size = 0;
+  if (FAILED(wrapper->Object()->SaveAsFile(stream.get(), TRUE, &size)))
+    throw RunTimeError(ErrorNumber::InvalidPicture, "the picture gives no file");
+  HGLOBAL memory = nullptr;
+  ::GetHGlobalFromStream(stream.get(), &memory);
+  const Byte* const bytes = static_cast<const Byte*>(::GlobalLock(memory));
+  if (!bytes) throw RunTimeError(ErrorNumber::OutOfMemory);
+  const struct Unlock {
+    HGLOBAL memory;
+    ~Unlock() { ::GlobalUnlock(memory); }
+  } unlock{memory};
+  const std::span<const Byte> content{bytes, static_cast<std::size_t>(size)};
+  Win32Files().WriteFile(fileName, {&content, 1});
 }
 
 PictureRef Win32Pictures::Wrap(::IUnknown* object) {

@@ -26,6 +26,7 @@ class Win32Pictures : public PictureServices {
   PictureRef EmptyPicture() override;
   PictureRef OleCreatePictureIndirect(BitmapHandle bitmap) override;
   PictureRef LoadPicture(const std::string& fileName) override;
+  void SavePicture(const PictureRef& picture, const std::string& fileName) override;
 
   // Wraps a picture object that a host hands in; no picture for null. Run-time error 13 for an
   // object that is no picture.

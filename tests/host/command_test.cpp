@@ -54,6 +54,32 @@ TEST(Command, StepsGoOnInsideTheAboutWindowUntilItIsClosed) {
   EXPECT_EQ(Quillet({"@ok"}).err, "quillet: @ok: no form is open\n");
 }
 
+TEST(Command, SettingsPassFromRunToRunInAPropertyFile) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Path("settings.txt");
+  const Outcome saved = Quillet(
+      {"Quality=90", "filename=a.tif", "Enabled=False", "Picture=", "@save-properties:" + file});
+  EXPECT_EQ(saved.err, "");
+  const Outcome loaded = Quillet(
+      {"@load-properties:" + file, "Quality", "Resolution", "filename", "Enabled", "BitmapWidth"});
+  EXPECT_EQ(loaded.out, "90\n75\na.tif\nFalse\n0\n");
+
+  const struct {
+    std::string text, error;
+  } cases[] = {{"Quality = \"abc\"", "run-time error 13: "},
+               {"Quality = 70000", "run-time error 6: "},
+               {"Enabled = False\nQuality", file + ", line 2: it is written KEY = VALUE"}};
+  for (const auto& [text, error] : cases) {
+    folder.Write("settings.txt", std::vector<Byte>(text.begin(), text.end()));
+    const Outcome refused = Quillet({"@load-properties:" + file, "Quality"});
+    EXPECT_NE(refused.err.find(error), std::string::npos) << refused.err;
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.out, "");
+  }
+  EXPECT_EQ(Quillet({"Flip", "@load-properties:" + file}).status, 2);
+  EXPECT_EQ(Quillet({"--on", "Click=@load-properties:" + file, "Flip"}).status, 2);
+}
+
 TEST(Command, AFailedStepEndsTheRunUnlessItIsToKeepGoing) {
   const std::string error = "quillet: Quality=70000: run-time error 6: Overflow\n";
   const Outcome ended = Quillet({"Quality=70000", "Quality"});

@@ -60,6 +60,8 @@ struct Meaning {
   }
   std::string operator()(const CancelFileDialog&) const { return "cancel"; }
   std::string operator()(const CloseWindow&) const { return "close"; }
+  std::string operator()(const LoadProperties& load) const { return "load [" + load.file + "]"; }
+  std::string operator()(const SaveProperties& save) const { return "save [" + save.file + "]"; }
   std::string operator()(const ClickForm& click) const {
     return std::string("click ") + click.control;
   }
@@ -105,6 +107,8 @@ TEST(Step, MeansWhatItsFirstMarkSays) {
       {"@Answer-No:/x.tif", "type [/x.tif] no"},
       {"@close", "close"},
       {"@cancel", "cancel"},
+      {"@load-properties:a, b", "load [a, b]"},
+      {"@save-properties:c=d", "save [c=d]"},
       {"@ok", "click cmdOK"},
       {"@web", "click lblAddress"},
   };

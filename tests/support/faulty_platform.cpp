@@ -104,6 +104,11 @@ PictureRef FaultyPlatform::Pictures::LoadPicture(const std::string& fileName) {
   return m_owner.m_platform.pictures.LoadPicture(fileName);
 }
 
+void FaultyPlatform::Pictures::SavePicture(const PictureRef& picture, const std::string& fileName) {
+  if (m_owner.Fails("SavePicture")) throw RunTimeError(ErrorNumber::OutOfMemory);
+  m_owner.m_platform.pictures.SavePicture(picture, fileName);
+}
+
 GlobalHandle FaultyPlatform::Memory::GlobalAlloc(std::size_t bytes) {
   if (m_owner.Fails("GlobalAlloc")) return GlobalHandle::None;
   return m_owner.m_platform.memory.GlobalAlloc(bytes);

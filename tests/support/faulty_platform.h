@@ -58,6 +58,7 @@ class FaultyPlatform {
     PictureRef EmptyPicture() override;
     PictureRef OleCreatePictureIndirect(BitmapHandle bitmap) override;
     PictureRef LoadPicture(const std::string& fileName) override;
+    void SavePicture(const PictureRef& picture, const std::string& fileName) override;
 
    private:
     FaultyPlatform& m_owner;
