@@ -37,6 +37,12 @@ std::string_view Trim(std::string_view text) {
 }
 
 // Reads one text from its first line to its last.
+bool IsKey(std::string_view text) {
+  return !text.empty() && std::ranges::all_of(text, [](char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+  });
+}
+
 class Parser {
  public:
   std::vector<Property> Parse(std::string_view text) {
@@ -72,7 +78,7 @@ class Parser {
     if (mark == std::string_view::npos) Refuse(m_line, "it is written KEY = VALUE");
     Property property;
     property.key = Trim(content.substr(0, mark));
-    if (property.key.empty()) Refuse(m_line, "the key is missing");
+    if (!IsKey(property.key)) Refuse(m_line, "a key is written in letters, digits and _");
     if (std::ranges::find(m_properties, property.key, &Property::key) != m_properties.end())
       Refuse(m_line, property.key + " stands there twice");
     const std::string_view value = Trim(content.substr(mark + 1));
@@ -107,7 +113,7 @@ class Parser {
     const auto [wholeEnd, wholeError] =
         std::from_chars(text.data(), text.data() + text.size(), whole);
     if (wholeError == std::errc{} && wholeEnd == text.data() + text.size()) return whole;
-    return number;
+    return number + 0.0;  // without the sign of a zero
   }
 
   std::string Unquoted(std::string_view text) const {
@@ -162,6 +168,10 @@ std::string FormatProperties(const std::vector<Property>& properties) {
 
 std::string FormatPropertyValue(const Variant& value) {
   if (const auto* text = std::get_if<std::string>(&value)) return Quoted(*text);
+  if (const auto* number = std::get_if<double>(&value)) {
+    char digits[32];  // the fewest that give the number again
+    return {digits, std::to_chars(std::begin(digits), std::end(digits), *number).ptr};
+  }
   return VariantToString(value);
 }
 

@@ -1,5 +1,6 @@
 #include "platform/win32/win32_pictures.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstring>
@@ -211,11 +212,12 @@ void Win32Pictures::SavePicture(const PictureRef& picture, const std::string& fi
   const PictureKind kind = wrapper ? wrapper->Kind() : PictureKind::None;
   if (kind != PictureKind::Bitmap && kind != PictureKind::Icon)
     throw RunTimeError(ErrorNumber::InvalidPicture, "neither bitmap nor icon");
+  ComPtr<::IPersistStream> object;
   ComPtr<::IStream> stream;
-  if (FAILED(::CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive())))
+  if (FAILED(wrapper->Object()->QueryInterface(IID_IPersistStream, object.ReceiveVoid())) ||
+      FAILED(::CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive())))
     throw RunTimeError(ErrorNumber::OutOfMemory);
-  LONG size = 0;
-  if (FAILED(wrapper->Object()->SaveAsFile(stream.get(), TRUE, &size)))
+  if (FAILED(object->Save(stream.get(), FALSE)))
     throw RunTimeError(ErrorNumber::InvalidPicture, "the picture gives no file");
   HGLOBAL memory = nullptr;
   ::GetHGlobalFromStream(stream.get(), &memory);
@@ -225,7 +227,14 @@ void Win32Pictures::SavePicture(const PictureRef& picture, const std::string& fi
     HGLOBAL memory;
     ~Unlock() { ::GlobalUnlock(memory); }
   } unlock{memory};
-  const std::span<const Byte> content{bytes, static_cast<std::size_t>(size)};
+  // A picture's stream is a mark, the length of the file and the file.
+  constexpr std::array<Byte, 4> kMark{'l', 't', 0, 0};
+  constexpr std::size_t kPrefix = kMark.size() + 4;
+  const std::size_t size = ::GlobalSize(memory);
+  if (size < kPrefix || !std::equal(kMark.begin(), kMark.end(), bytes) ||
+      LoadDword(bytes + kMark.size()) > size - kPrefix)
+    throw RunTimeError(ErrorNumber::InvalidPicture, "the picture gives no file");
+  const std::span<const Byte> content{bytes + kPrefix, LoadDword(bytes + kMark.size())};
   Win32Files().WriteFile(fileName, {&content, 1});
 }
 

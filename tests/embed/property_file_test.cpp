@@ -29,18 +29,19 @@ std::string Refusal(const std::string& text) {
 
 TEST(PropertyText, ReadsWhatItWrites) {
   const std::string text =
-      "Quality = 90\nLarge = 4294967296\nHalf = -0.5\nEnabled = False\nAutoRedraw = True\n"
+      "Quality = 90\nLarge = 4294967296\nHalf = -0.5\nHuge = 1.7976931348623157e+308\nEnabled = "
+      "False\nAutoRedraw = True\n"
       "Filename = \"C:\\\\a \\\"b\\\"\\n\\r\\0 = # \xC3\xA9\"\nEmpty = \"\"\nIcon = picture\n  "
       "AAEC/w==\n"
       "None = picture\n";
   const std::vector<Property> properties = ParseProperties(text);
   EXPECT_EQ(FormatProperties(properties), text);
-  ASSERT_EQ(properties.size(), 9u);
+  ASSERT_EQ(properties.size(), 10u);
   EXPECT_EQ(std::get<Variant>(properties[0].value), Variant(Long{90}));
-  EXPECT_EQ(std::get<Variant>(properties[3].value), Variant(false));
-  EXPECT_EQ(std::get<Variant>(properties[5].value),
+  EXPECT_EQ(std::get<Variant>(properties[4].value), Variant(false));
+  EXPECT_EQ(std::get<Variant>(properties[6].value),
             Variant(std::string("C:\\a \"b\"\n\r\0 = # \xC3\xA9", 18)));
-  EXPECT_EQ(std::get<PictureFile>(properties[7].value).bytes, (std::vector<Byte>{0, 1, 2, 255}));
+  EXPECT_EQ(std::get<PictureFile>(properties[8].value).bytes, (std::vector<Byte>{0, 1, 2, 255}));
 }
 
 TEST(PropertyText, PassesOverCommentsBlankLinesAndAnEditorsMarks) {
@@ -55,7 +56,8 @@ TEST(PropertyText, WhatIsMalformedIsRefusedWithItsLine) {
     const char *text, *refusal;
   } cases[] = {
       {"A = 1\nB", "line 2: it is written KEY = VALUE"},
-      {"= 1", "line 1: the key is missing"},
+      {"= 1", "line 1: a key is written in letters, digits and _"},
+      {"A b = 1", "line 1: a key is written in letters, digits and _"},
       {"A = 1\n\nA = 2", "line 3: A stands there twice"},
       {"A = abc", "line 1: \"abc\" is no number, True, False, quoted text or picture"},
       {"A =", "line 1: \"\" is no number, True, False, quoted text or picture"},
