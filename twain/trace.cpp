@@ -5,6 +5,7 @@
 #include <cstring>
 #include <optional>
 #include <span>
+#include <string_view>
 #include <utility>
 
 #include "base/runtime_error.h"
@@ -120,7 +121,14 @@ std::string Frame(const TW_FRAME& frame) {
 
 std::string Quoted(const TW_STR32& text) {
   std::string quoted = " \"";
-  quoted.append(text, strnlen(text, sizeof text));
+  for (const char c : std::string_view(text, strnlen(text, sizeof text))) {
+    if (c == '\n' || c == '\r') {
+      quoted += c == '\n' ? "\\n" : "\\r";
+      continue;
+    }
+    if (c == '"' || c == '\\') quoted += '\\';
+    quoted += c;
+  }
   return quoted += '"';
 }
 

@@ -13,6 +13,9 @@ namespace quillet {
 // comes back:
 //
 //   DG_CONTROL DAT_CAPABILITY MSG_SET ICAP_XRESOLUTION FIX32 75.0 -> TWRC_SUCCESS
+//
+// Names of applications and sources stand in quotes, with line feed, carriage return, quote and
+// backslash in them as \n, \r, \" and \\.
 class TracingSourceManager : public SourceManager {
  public:
   // Does not throw.

@@ -87,6 +87,13 @@ TEST_F(Trace, TrustsNoContainer) {
   EXPECT_EQ(Call(7, 0x777, 0x8888, nullptr), "0x0007 0x0777 0x8888 -> TWRC_XFERDONE");
 }
 
+TEST_F(Trace, KeepsANameOfAnyCharactersOnOneLine) {
+  TW_IDENTITY source{};
+  std::strcpy(source.ProductName, "a\nb\r\"c\"\\");
+  EXPECT_EQ(Call(DG_CONTROL, DAT_IDENTITY, MSG_CLOSEDS, &source),
+            R"(DG_CONTROL DAT_IDENTITY MSG_CLOSEDS "a\nb\r\"c\"\\" -> TWRC_SUCCESS)");
+}
+
 TEST(ProtocolNames, AreFoundInAnyCase) {
   EXPECT_EQ(ProtocolValue(ProtocolConstant::Message, "msg_enableds"), MSG_ENABLEDS);
   EXPECT_EQ(ProtocolValue(ProtocolConstant::ReturnCode, "TWRC_CANCEL"), TWRC_CANCEL);
