@@ -11,7 +11,7 @@
 namespace quillet {
 
 // The platform that a host stands on, with windows for controls. What was made on it is let go of
-// before it.
+// before it. A program needs one; the pictures of one mean nothing to controls on another.
 class Stage {
  public:
   virtual ~Stage() = default;
