@@ -36,16 +36,25 @@ void PortableWindow::Resize(int width, int height) {
   m_surface->UserControl().Resize(width, height);
 }
 
+std::shared_ptr<SurfaceInput> PortableWindow::Input() {
+  const std::shared_ptr<SurfaceInput> input(m_surface, &m_surface->Input());
+  const PortableForms& forms = m_platform.Forms();
+  const bool isOpen = forms.IsOpen();
+  const bool wasOpen = std::exchange(m_formsSeen, forms.Count()) != forms.Count();
+  if (wasOpen) input->CancelMode();  // whose handlers may close this window
+  return isOpen ? nullptr : input;
+}
+
 void PortableWindow::Mouse(MouseAction action, int x, int y, Integer button, Integer shift) {
   const bool known = action == MouseAction::Move ? button >= 0 && button <= 7
                                                  : button == 1 || button == 2 || button == 4;
   if (!known) throw RunTimeError(ErrorNumber::InvalidProcedureCall, "not a mouse button");
   const Integer column = ToInteger(x);
   const Integer row = ToInteger(y);
-  if (m_platform.Forms().IsOpen()) return;
   // A handler may close this window; the surface hears the rest and drops it.
-  const auto surface = m_surface;
-  SurfaceInput& input = surface->Input();
+  const auto reached = Input();
+  if (!reached) return;
+  SurfaceInput& input = *reached;
   switch (action) {
     case MouseAction::Down:
       return input.MouseDown(column, row, button, shift);
@@ -65,31 +74,31 @@ void PortableWindow::Mouse(MouseAction action, int x, int y, Integer button, Int
 }
 
 void PortableWindow::Key(KeyAction action, Integer code, Integer shift) {
-  if (m_platform.Forms().IsOpen()) return;
-  SurfaceInput& input = m_surface->Input();
+  const auto input = Input();
+  if (!input) return;
   switch (action) {
     case KeyAction::Down:
-      return input.KeyDown(code, shift);
+      return input->KeyDown(code, shift);
     case KeyAction::Press:
-      return input.KeyPress(code);
+      return input->KeyPress(code);
     case KeyAction::Up:
-      return input.KeyUp(code, shift);
+      return input->KeyUp(code, shift);
   }
 }
 
 void PortableWindow::DragThumb(Bar bar, Integer value) {
-  if (m_platform.Forms().IsOpen()) return;
-  m_surface->Input().DragThumb(ScrollBarOf(bar), value);
+  PortableScrollBar& pressed = ScrollBarOf(bar);
+  if (const auto input = Input()) input->DragThumb(pressed, value);
 }
 
 void PortableWindow::ClickArrow(Bar bar, bool forward) {
-  if (m_platform.Forms().IsOpen()) return;
-  m_surface->Input().ClickArrow(ScrollBarOf(bar), forward);
+  PortableScrollBar& pressed = ScrollBarOf(bar);
+  if (const auto input = Input()) input->ClickArrow(pressed, forward);
 }
 
 void PortableWindow::ClickPage(Bar bar, bool forward) {
-  if (m_platform.Forms().IsOpen()) return;
-  m_surface->Input().ClickPage(ScrollBarOf(bar), forward);
+  PortableScrollBar& pressed = ScrollBarOf(bar);
+  if (const auto input = Input()) input->ClickPage(pressed, forward);
 }
 
 void PortableWindow::WillChooseSource(const std::string& name) {

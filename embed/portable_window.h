@@ -40,10 +40,14 @@ class PortableWindow : public ControlWindow {
 
  private:
   PortableScrollBar& ScrollBarOf(Bar bar) const;
+  // Where mouse and keyboard go; null while a form keeps them. What was held down when a form came
+  // is not any more.
+  std::shared_ptr<SurfaceInput> Input();
 
   PortablePlatform& m_platform;
   std::shared_ptr<PortableSurface> m_surface;
   int m_paintTask;
+  int m_formsSeen = 0;
 };
 
 }  // namespace quillet

@@ -19,6 +19,7 @@ class PortableForms::Window : public ShownForm {
         m_below(owner.m_current) {
     if (m_handle == WindowHandle::None) throw RunTimeError(ErrorNumber::OutOfMemory);
     owner.m_current = this;
+    ++owner.m_count;
   }
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;

@@ -22,6 +22,8 @@ class PortableForms : public ModalForms {
   void Attend(Person person) { m_person = std::move(person); }
 
   bool IsOpen() const noexcept { return m_current != nullptr; }
+  // How many there were so far.
+  int Count() const noexcept { return m_count; }
   // Clicks a control of the form that is open; false when there is none of that name.
   bool Click(const std::string& control);
   // The open form as a person sees it, title bar and frame included.
@@ -36,6 +38,7 @@ class PortableForms : public ModalForms {
   PortableMessages& m_messages;
   Person m_person;
   Window* m_current = nullptr;
+  int m_count = 0;
 };
 
 }  // namespace quillet

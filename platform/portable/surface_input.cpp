@@ -174,11 +174,15 @@ void SurfaceInput::ClickPage(PortableScrollBar& bar, bool forward) {
 
 bool SurfaceInput::MouseReaches() {
   if (TakesInput()) return true;
+  CancelMode();
+  return false;
+}
+
+void SurfaceInput::CancelMode() {
   m_held = 0;
   m_boxPressed = m_clickDue = false;
   LetGoOfBar();
   m_pressedBar = nullptr;
-  return false;
 }
 
 bool SurfaceInput::Works(const PortableScrollBar& bar) const {

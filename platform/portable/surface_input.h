@@ -27,6 +27,10 @@ class SurfaceInput {
   void MouseMove(Integer x, Integer y, Integer buttons, Integer shift);
   void MouseUp(Integer x, Integer y, Integer button, Integer shift);
 
+  // Gives up the capture and any drag, as when a modal window opens: whatever is held down will be
+  // let go of elsewhere.
+  void CancelMode();
+
   // Keys are previewed at the control, wherever the focus is. A bar with the focus then moves by
   // the arrow, page, home and end keys (virtual key codes) that the handler let pass.
   void KeyDown(Integer code, Integer shift);

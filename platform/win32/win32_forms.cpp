@@ -56,6 +56,8 @@ void Win32Forms::Run(const Form& form, FormEvents& events) {
     ~Current() { current = below; }
   } current{m_current, std::exchange(m_current, &window)};
   const HWND active = ::GetActiveWindow();
+  // Whatever is held down will be let go of elsewhere.
+  if (const HWND captured = ::GetCapture()) ::SendMessageW(captured, WM_CANCELMODE, 0, 0);
   {
     const OtherWindowsDisabled disabled(window.Window());
     window.Show();

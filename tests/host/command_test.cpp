@@ -37,6 +37,14 @@ TEST(Command, PrintsWhatIsReadAndNothingElse) {
   EXPECT_EQ(outcome.status, 0);
 }
 
+TEST(Command, AModalWindowTakesTheMouseFromTheBox) {
+  const Outcome outcome = Quillet({"--view", "100x100", "--events", "@mouse:down,5,5", "About",
+                                   "@mouse:up,5,5", "@ok", "@mouse:move,500,500"});
+  EXPECT_NE(outcome.out.find("MouseDown"), std::string::npos) << outcome.out;
+  EXPECT_EQ(outcome.out.find("MouseUp"), std::string::npos) << outcome.out;
+  EXPECT_EQ(outcome.out.find("MouseMove"), std::string::npos) << outcome.out;
+}
+
 TEST(Command, StepsGoOnInsideTheAboutWindowUntilItIsClosed) {
   const Outcome outcome =
       Quillet({"About", "@web", "Quality=90", "@web", "About", "@ok", "Quality", "About"});
