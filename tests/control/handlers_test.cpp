@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <random>
+#include <utility>
 
 #include "base/runtime_error.h"
 #include "tests/support/bmp_file.h"
@@ -111,8 +113,30 @@ constexpr Named kCauses[] = {
     {"Progress", [](Host& h) { h.Call("Flip"); }},
 };
 
+// About, and what the host does once while its window is open.
+template <void (*Act)(Host&)>
+void AboutAndInside(Host& h) {
+  h.Use([&h](auto& w) {
+    w.WhileAFormIsOpen([&h, done = std::make_shared<bool>(false)] {
+      if (std::exchange(*done, true)) return false;
+      Act(h);
+      return true;
+    });
+  });
+  h.Call("About");
+}
+
 constexpr Named kActions[] = {
     {"About", [](Host& h) { h.Call("About"); }, true},
+    {"work inside About", AboutAndInside<[](Host& h) {
+       h.Use([](auto& w) { w.Resize(70, 120); });
+       h.Assign(60, 200);
+       h.Call("About");
+       h.Use([](auto& w) { w.Mouse(MouseAction::Click, 5, 5, 1, 0); });
+     }>,
+     true},
+    {"let go inside About", AboutAndInside<[](Host& h) { h.control.reset(); }>, true},
+    {"close the window inside About", AboutAndInside<[](Host& h) { h.window.reset(); }>, true},
     {"Scan", [](Host& h) { h.Call("Scan"); }, true},
     {"SelectSource", [](Host& h) { h.Call("SelectSource"); }, true},
     {"Load",
