@@ -1,6 +1,7 @@
 // Saving, loading and appending through the platform's image codecs.
 
 #include <cstdint>
+#include <new>
 
 #include "base/runtime_error.h"
 #include "imagefile/cGDI.h"
@@ -103,6 +104,8 @@ Long cGDI::SaveAddImage(const std::string& fileName) try {
   return 0;
 } catch (const RunTimeError& error) {
   return static_cast<Long>(error.Number());
+} catch (const std::bad_alloc&) {
+  return static_cast<Long>(ErrorNumber::OutOfMemory);
 }
 
 // Writes the pages of the file and the bitmap as a further one to the temporary file. Every codec

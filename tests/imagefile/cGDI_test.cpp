@@ -266,6 +266,13 @@ TEST_F(SaveAdd, AnswersTheNumberOfAFileSystemErrorAfterTheImagesWereReleased) {
   EXPECT_EQ(m_codecs.TakeCalls(), "");
 }
 
+TEST_F(SaveAdd, AnswersTheErrorOfACopyThatFindsNoMemory) {
+  m_faulty.FailCall("memory of CopyFile", 1);
+  EXPECT_EQ(m_gdi.SaveAddImage(m_file), 7);
+  EXPECT_EQ(Content(m_file), "old");
+  ExpectLeft("first+page+end");
+}
+
 TEST_F(SaveAdd, AReadOnlyFileIsRefusedAndStays) {
   fs::permissions(m_file, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
   EXPECT_EQ(m_gdi.SaveAddImage(m_file), 70);

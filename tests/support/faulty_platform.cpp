@@ -1,5 +1,7 @@
 #include "tests/support/faulty_platform.h"
 
+#include <new>
+
 #include "base/runtime_error.h"
 
 namespace quillet {
@@ -172,6 +174,7 @@ void FaultyPlatform::FileSystem::WriteFile(const std::string& fileName,
 void FaultyPlatform::FileSystem::CopyFile(const std::string& source,
                                           const std::string& destination) {
   if (m_owner.Fails("CopyFile")) throw RunTimeError(ErrorNumber::DiskFull);
+  if (m_owner.Fails("memory of CopyFile")) throw std::bad_alloc();
   m_owner.m_platform.files.CopyFile(source, destination);
 }
 
