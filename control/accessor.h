@@ -126,7 +126,8 @@ template <typename Returned, typename... Arguments>
 struct Signature<Returned (TWAIN::*)(Arguments...) const>
     : Signature<Returned (TWAIN::*)(Arguments...)> {};
 
-// Converts the arguments (one for each parameter), calls the member and writes changed ones back.
+// Converts the arguments (one for each parameter), calls the member and writes changed ones back,
+// also when the member fails: it changed them before.
 template <auto function>
 Variant CallMember(TWAIN& control, std::span<Variant> arguments) {
   using Shape = Signature<decltype(function)>;
@@ -140,14 +141,19 @@ Variant CallMember(TWAIN& control, std::span<Variant> arguments) {
             : void()),
        ...);
     };
-    if constexpr (std::is_void_v<typename Shape::Result>) {
-      (control.*function)(std::get<index>(values)...);
+    try {
+      if constexpr (std::is_void_v<typename Shape::Result>) {
+        (control.*function)(std::get<index>(values)...);
+        writeBack();
+        return {};
+      } else {
+        auto result = (control.*function)(std::get<index>(values)...);
+        writeBack();
+        return Passage<std::remove_cvref_t<typename Shape::Result>>::To(std::move(result));
+      }
+    } catch (...) {
       writeBack();
-      return {};
-    } else {
-      auto result = (control.*function)(std::get<index>(values)...);
-      writeBack();
-      return Passage<std::remove_cvref_t<typename Shape::Result>>::To(std::move(result));
+      throw;
     }
   }
   (std::make_index_sequence<std::tuple_size_v<Values>>());

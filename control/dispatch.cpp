@@ -52,12 +52,21 @@ Variant Invoke(TWAIN& control, Long number, Access access, std::span<Variant> ar
   const Member* member = FindMember(number, access);
   if (!member) throw RunTimeError(ErrorNumber::MemberNotSupported);
   std::vector<Variant> complete = Complete(*member, arguments);
-  Variant result = member->thunk(control, complete);
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const bool byReference = i < member->parameters.size() && member->parameters[i].byReference;
-    if (byReference && !std::holds_alternative<Omitted>(arguments[i]))
-      arguments[i] = std::move(complete[i]);
+  const auto writeBack = [&] {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+      const bool byReference = i < member->parameters.size() && member->parameters[i].byReference;
+      if (byReference && !std::holds_alternative<Omitted>(arguments[i]))
+        arguments[i] = std::move(complete[i]);
+    }
+  };
+  Variant result;
+  try {
+    result = member->thunk(control, complete);
+  } catch (...) {
+    writeBack();
+    throw;
   }
+  writeBack();
   return result;
 }
 

@@ -38,8 +38,8 @@ const Member* FindMember(Long number, Access access);
 
 // The door from the host into the control: reads, writes or calls one member. Values are converted
 // to the member's kinds (errors 6 and 13); omitted and missing optional arguments get their
-// defaults; by-reference arguments are written back. The control stays alive until the call
-// returns, whatever the host lets go of meanwhile.
+// defaults; by-reference arguments are written back, also by a call that fails. The control stays
+// alive until the call returns, whatever the host lets go of meanwhile.
 //
 // Run-time errors: 438 for a number without that access, 450 for too many or too few arguments, and
 // what the member itself raises.

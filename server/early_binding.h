@@ -74,10 +74,19 @@ inline void ToResult(const Variant& value, IPictureDisp*& result) {
 template <typename... Arguments>
 Variant CallMember(ControlCore& core, Long number, Access access, Arguments... arguments) {
   std::array<Variant, sizeof...(Arguments)> values{FromArgument(arguments, core.Pictures())...};
-  Variant result = Invoke(core.Control(), number, access, values);
+  const auto writeBack = [&] {
+    std::size_t index = 0;
+    (ToArgument(values[index++], arguments), ...);
+  };
+  Variant result;
+  try {
+    result = Invoke(core.Control(), number, access, values);
+  } catch (...) {
+    writeBack();
+    throw;
+  }
   if (access != Access::Get) core.Watcher().Changed();
-  std::size_t index = 0;
-  (ToArgument(values[index++], arguments), ...);
+  writeBack();
   return result;
 }
 

@@ -88,11 +88,19 @@ HRESULT InvokeMember(ControlCore& core, DISPID number, WORD flags, DISPPARAMS& g
                                    : Variant(Omitted{}));
   }
   const std::vector<Variant> before = arguments;
-  const Variant answer = Invoke(core.Control(), number, member->access, arguments);
+  const auto writeBack = [&] {
+    for (std::size_t i = 0; i < sources.size(); ++i)
+      if (sources[i] && !IsSame(arguments[i], before[i])) WriteBack(*sources[i], arguments[i]);
+  };
+  Variant answer;
+  try {
+    answer = Invoke(core.Control(), number, member->access, arguments);
+  } catch (...) {
+    writeBack();
+    throw;
+  }
   if (member->access != Access::Get) core.Watcher().Changed();
-
-  for (std::size_t i = 0; i < sources.size(); ++i)
-    if (sources[i] && !IsSame(arguments[i], before[i])) WriteBack(*sources[i], arguments[i]);
+  writeBack();
   if (result) ToVariant(answer, *result);
   return S_OK;
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "tests/support/environment_variable.h"
+#include "tests/support/error_of.h"
 #include "tests/support/hosted_control.h"
 #include "tests/support/print_census.h"
 #include "tests/support/scripted_codecs.h"
@@ -203,6 +204,22 @@ TEST_F(FileMethods, ACancelledDialogChangesNothingButTheFilter) {
   EXPECT_EQ(host.Number("FileType"), twGIF);
   EXPECT_EQ(host.Picture(), picture);
   EXPECT_EQ(codecs->TakeCalls(), "");
+}
+
+TEST_F(FileMethods, AConvertedFilterComesBackFromACallThatFails) {
+  host.Assign(400, 300);
+  host.Screen();
+  codecs->TakeCalls();
+  // The box grows where the bars go, once the file is read; then there is nothing to show it in.
+  host.onEvent = [&](Event, std::span<Variant>) {
+    if (!codecs->TakeCalls().empty()) host.window.reset();
+  };
+  UserTypes(there);
+  Variant arguments[] = {std::string("Any|*"), std::string(), std::string()};
+  EXPECT_EQ(
+      ErrorOf([&] { Invoke(*host.control, NumberOf("ShowLoad"), Access::Method, arguments); }),
+      ErrorNumber::InvalidPropertyValue);
+  EXPECT_EQ(VariantToString(arguments[0]), std::string("Any\0*\0", 6));
 }
 
 TEST_F(FileMethods, EventsComeWhileADialogIsOpen) {
