@@ -2,7 +2,7 @@
 # system headers, whose macros rename what they meet.
 set(folders base control picture picture/kernels imagefile twain platform/contracts platform/surface)
 if(WIN32)
-  list(APPEND folders platform/win32)
+  list(APPEND folders platform/win32 server)
 else()
   list(APPEND folders platform/portable)
 endif()
@@ -29,4 +29,10 @@ endif()
 add_library(header_check OBJECT ${sources})
 target_include_directories(header_check PRIVATE ${CMAKE_SOURCE_DIR})
 target_link_libraries(header_check PRIVATE quillet_options)
+if(WIN32)
+  # What the interface compiler makes of the type library.
+  add_dependencies(header_check quillet_server)
+  target_include_directories(header_check
+    SYSTEM PRIVATE $<TARGET_PROPERTY:quillet_server,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
+endif()
 target_compile_options(header_check PRIVATE -O0)  # nobody runs it

@@ -44,7 +44,9 @@ template <typename Type>
 void ToArgument(const Variant&, Type) {}
 inline void ToArgument(const Variant& value, BSTR* argument) {
   if (!argument) return;
-  const BSTR text = ToBstr(VariantToString(value));
+  const std::string left = VariantToString(value);
+  if (left == FromBstr(*argument)) return;
+  const BSTR text = ToBstr(left);
   ::SysFreeString(*argument);
   *argument = text;
 }
