@@ -1,8 +1,8 @@
 // Measures every operation beside a memcpy of the same page and a peer, in one run.
 //
-// A round runs the memcpy, ours and the peer, each a few times on end, so that whatever slows the
-// machine meets all three, and each meets its own memory as warm as it left it; of each the fastest
-// run of all rounds counts.
+// A round runs the memcpy, ours and the peer one after the other, so that whatever slows the
+// machine meets all three, and none finds its pixels in the caches; of each the fastest of all
+// rounds counts.
 
 #include <benchmark/benchmark.h>
 
@@ -34,13 +34,13 @@ constexpr char kHelp[] =
     "usage: quillet_bench [--instructions=scalar|sse2|avx2] [--rounds=N] [--benchmark_...]\n"
     "  --instructions=SET  what the buffer's operations and resampling use (the control picks its\n"
     "                      own); default: the best the processor has\n"
-    "  --rounds=N          rounds for each row, three runs each; default 8\n"
+    "  --rounds=N          rounds for each row; default 15\n"
     "  --benchmark_filter=REGEX  only these rows, and of what follows them Memory, Scan, Files;\n"
     "                      other flags of Google Benchmark are understood too\n";
 
 struct Options {
   InstructionSet instructions = BestKernels().set;
-  int rounds = 8;
+  int rounds = 15;
 };
 
 const char* NameOf(InstructionSet set) {
@@ -99,25 +99,16 @@ class Fastest {
   double m_seconds = std::numeric_limits<double>::infinity();
 };
 
-template <typename Action>
-void OnEnd(Action&& action) {
-  constexpr int kRuns = 3;
-  for (int run = 0; run < kRuns; ++run) action();
-}
-
 void Measure(benchmark::State& state, const Operation& operation, const Page& page) {
   try {
     const Trial trial = operation.make(page);
     Fastest copy, ours, deducted, theirs;
-    const auto ourRun = [&] {
+    for (auto _ : state) {
+      copy.Time([&] { page.Memcpy(); });
       if (trial.prepare) trial.prepare();
       state.SetIterationTime(ours.Time(trial.run));
-    };
-    for (auto _ : state) {
-      OnEnd([&] { copy.Time([&] { page.Memcpy(); }); });
-      OnEnd(ourRun);
-      if (trial.deducted) OnEnd([&] { deducted.Time(trial.deducted); });
-      if (trial.peer) OnEnd([&] { theirs.Time(trial.peer); });
+      if (trial.deducted) deducted.Time(trial.deducted);
+      if (trial.peer) theirs.Time(trial.peer);
     }
     state.counters[kMemcpyCounter] = copy.Seconds();
     state.counters[kOursCounter] = ours.Seconds() - (trial.deducted ? deducted.Seconds() : 0);
