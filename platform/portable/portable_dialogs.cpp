@@ -62,7 +62,7 @@ bool PortableDialogs::GetOpenFileNameA(OPENFILENAME_RECORD& record) {
 bool PortableDialogs::Show(OPENFILENAME_RECORD& record, Form form) {
   if (!HasOwner(record)) return false;
   fs::path folder = StartFolder(record.lpstrInitialDir);
-  while (RunMessages() && HasOwner(record)) {
+  while (m_messages.RunWaiting() && HasOwner(record)) {
     const std::optional<FileAnswer> answer = m_user.TypeFileName();
     if (!answer) return false;
     const fs::path path = (folder / answer->fileName).lexically_normal();
@@ -78,16 +78,6 @@ bool PortableDialogs::Show(OPENFILENAME_RECORD& record, Form form) {
 
 bool PortableDialogs::HasOwner(const OPENFILENAME_RECORD& record) const {
   return record.hwndOwner == WindowHandle::None || m_messages.IsWindow(record.hwndOwner);
-}
-
-// Lets everything that waits in the queue have its turn. False when the thread is to quit, which is
-// left to the loop outside the dialog.
-bool PortableDialogs::RunMessages() {
-  MSG message;
-  int taken;
-  while ((taken = m_messages.GetMessageA(message)) > 0) m_messages.DispatchMessageA(message);
-  if (taken == 0) m_messages.PostQuitMessage(static_cast<int>(message.wParam));
-  return taken < 0;
 }
 
 }  // namespace quillet

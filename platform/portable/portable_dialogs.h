@@ -27,7 +27,6 @@ class PortableDialogs : public Dialogs {
 
   bool Show(OPENFILENAME_RECORD& record, Form form);
   bool HasOwner(const OPENFILENAME_RECORD& record) const;
-  bool RunMessages();
 
   PortableMessages& m_messages;
   SimulatedUser& m_user;

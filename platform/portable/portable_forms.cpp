@@ -60,20 +60,10 @@ Raster PortableForms::Render() const {
 void PortableForms::Run(const Form& form, FormEvents& events) {
   Window window(*this, form, events);
   while (window.IsLoaded()) {
-    const bool goesOn = RunMessages();
+    const bool goesOn = m_messages.RunWaiting();
     const Person person = m_person;  // who may be sent away meanwhile
     if (!goesOn || (window.IsLoaded() && (!person || !person()))) window.Unload();
   }
-}
-
-// Lets everything that waits in the queue have its turn. False when the thread is to quit, which is
-// left to the loop outside the form.
-bool PortableForms::RunMessages() {
-  MSG message;
-  int taken;
-  while ((taken = m_messages.GetMessageA(message)) > 0) m_messages.DispatchMessageA(message);
-  if (taken == 0) m_messages.PostQuitMessage(static_cast<int>(message.wParam));
-  return taken < 0;
 }
 
 }  // namespace quillet

@@ -33,7 +33,6 @@ class PortableForms : public ModalForms {
   class Window;
 
   void Run(const Form& form, FormEvents& events) override;
-  bool RunMessages();
 
   PortableMessages& m_messages;
   Person m_person;

@@ -116,4 +116,12 @@ void PortableMessages::RemoveIdleTask(int id) {
   m_tasks.remove_if([&](const Task& task) { return task.id == id; });
 }
 
+bool PortableMessages::RunWaiting() {
+  MSG message;
+  int taken;
+  while ((taken = GetMessageA(message)) > 0) DispatchMessageA(message);
+  if (taken == 0) PostQuitMessage(static_cast<int>(message.wParam));
+  return taken < 0;
+}
+
 }  // namespace quillet

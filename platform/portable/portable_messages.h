@@ -45,6 +45,9 @@ class PortableMessages : public Messages {
   bool PostMessageA(WindowHandle window, std::uint32_t message, std::uintptr_t wParam,
                     std::intptr_t lParam);
   void PostQuitMessage(int exitCode);
+  // For a modal thing: lets everything that waits have its turn. False when the thread is to quit,
+  // which is left to the loop outside.
+  bool RunWaiting();
 
   // What runs, in this order, whenever the queue is empty and a message is wanted; it may post,
   // and add and remove tasks. Does not throw.
