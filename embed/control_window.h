@@ -23,12 +23,9 @@ enum class KeyAction { Down, Press, Up };
 
 // The window a control stands in, as the hand and the eye of the person in front of it know it.
 // Points and sizes are pixels of the control's inside (the border left out).
-class ControlWindow {
+class AttendedWindow {
  public:
-  virtual ~ControlWindow() = default;
-
-  // The surface for the control that is to stand here.
-  virtual std::shared_ptr<Surface> ControlsSurface() = 0;
+  virtual ~AttendedWindow() = default;
 
   // The host gives the control a new inside size.
   virtual void Resize(int width, int height) = 0;
@@ -74,6 +71,12 @@ class ControlWindow {
   };
   virtual Place BoxPlace() const = 0;
   virtual Place BarPlace(Bar bar) const = 0;
+};
+
+// One that makes the surface for the control that is to stand there.
+class ControlWindow : public AttendedWindow {
+ public:
+  virtual std::shared_ptr<Surface> ControlsSurface() = 0;
 };
 
 }  // namespace quillet

@@ -11,6 +11,7 @@
 #include "host/exit_status.h"
 #include "host/format.h"
 #include "host/help.h"
+#include "host/hosted_control.h"
 #include "host/member_table.h"
 #include "host/runner.h"
 #include "host/source_faults.h"
@@ -81,9 +82,9 @@ int RunSteps(const CommandLine& commandLine, std::ostream& out, std::ostream& er
                 contracts.dialogs,
                 contracts.forms,
                 system};
-  int status = Runner(seen, stage->OpenWindow(commandLine.view.width, commandLine.view.height),
-                      commandLine, out, err)
-                   .Run();
+  auto control = std::make_unique<CoreHostedControl>(
+      seen, stage->OpenWindow(commandLine.view.width, commandLine.view.height));
+  int status = Runner(seen, std::move(control), commandLine, out, err).Run();
   if (commandLine.leaks) {
     const CensusCounts left = stage->Census();
     out << "leaks: " << FormatCensus(left) << '\n';

@@ -20,14 +20,14 @@ std::string Pixels(Single twips) {
   return std::to_string(ToLong(static_cast<double>(twips) / kTwipsPerPixel));
 }
 
-std::string FormatPosition(const char* name, const ControlWindow::Place& place) {
+std::string FormatPosition(const char* name, const AttendedWindow::Place& place) {
   std::string line = name;
   for (const Single twips : {place.left, place.top, place.width, place.height})
     line.append(" ").append(VariantToString(twips));
   return line;
 }
 
-std::string FormatBar(const char* name, const ControlWindow::Place& bar) {
+std::string FormatBar(const char* name, const AttendedWindow::Place& bar) {
   std::string line = FormatPosition(name, bar) + (bar.visible ? " True" : " False");
   for (const Integer number : {bar.min, bar.max, bar.value})
     line.append(" ").append(std::to_string(number));
@@ -83,8 +83,8 @@ std::string FormatEvent(Event event, std::span<const Variant> arguments,
   return line;
 }
 
-std::string FormatLayout(const ControlWindow& window) {
-  const ControlWindow::Place box = window.BoxPlace();
+std::string FormatLayout(const AttendedWindow& window) {
+  const AttendedWindow::Place box = window.BoxPlace();
   return FormatPosition("picTwain", box) + " " + Pixels(box.width) + "x" + Pixels(box.height) +
          "\n" + FormatBar("HScroll1", window.BarPlace(Bar::Horizontal)) + "\n" +
          FormatBar("VScroll1", window.BarPlace(Bar::Vertical));

@@ -27,7 +27,7 @@ std::string FormatEvent(Event event, std::span<const Variant> arguments,
 
 // Three lines, the picture box and the bars: left, top, width and height in twips of the control;
 // then the box's size in pixels, or whether the bar is visible and its min, max and value.
-std::string FormatLayout(const ControlWindow& window);
+std::string FormatLayout(const AttendedWindow& window);
 
 // `none`, or counts as in `2 pictures, 1 bitmap`.
 std::string FormatCensus(const CensusCounts& census);

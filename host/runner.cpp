@@ -27,7 +27,7 @@ struct Runner::Perform {
   Runner& runner;
 
   Session& session() const { return runner.m_session; }
-  ControlWindow& window() const { return runner.m_session.Window(); }
+  AttendedWindow& window() const { return runner.m_session.Window(); }
   void Print(const std::string& text) const { runner.m_out << text << '\n'; }
 
   void operator()(const ReadProperty& read) const {
@@ -74,13 +74,13 @@ struct Runner::Perform {
   void operator()(const CloseWindow&) const { session().Close(); }
 };
 
-Runner::Runner(Platform& platform, std::unique_ptr<ControlWindow> window,
+Runner::Runner(Platform& platform, std::unique_ptr<HostedControl> control,
                const CommandLine& commandLine, std::ostream& out, std::ostream& err)
     : m_commandLine(commandLine),
       m_out(out),
       m_err(err),
       m_handlers(HandlersOf(commandLine)),
-      m_session(platform, std::move(window), *this) {}
+      m_session(platform, std::move(control), *this) {}
 
 std::vector<Runner::Handler> Runner::HandlersOf(const CommandLine& commandLine) {
   std::vector<Handler> handlers;

@@ -14,7 +14,7 @@ namespace quillet {
 // Runs steps against a control in a window and reports what happens.
 class Runner : private SessionEvents {
  public:
-  Runner(Platform& platform, std::unique_ptr<ControlWindow> window, const CommandLine& commandLine,
+  Runner(Platform& platform, std::unique_ptr<HostedControl> control, const CommandLine& commandLine,
          std::ostream& out, std::ostream& err);
 
   // All steps in order, up to the first failure unless the run is to keep going. Whatever a step

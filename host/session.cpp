@@ -5,12 +5,11 @@
 #include "embed/property_file.h"
 #include "host/enumerations.h"
 #include "host/step.h"
-#include "platform/contracts/site.h"
 
 namespace quillet {
 
 // The host's ear, held by the control. Deaf once the session has begun to end.
-class Session::Listener : public EventSink, public Site {
+class Session::Listener : public HostListener {
  public:
   explicit Listener(SessionEvents& events) : m_events(&events) {}
 
@@ -27,31 +26,28 @@ class Session::Listener : public EventSink, public Site {
   SessionEvents* m_events;
 };
 
-Session::Session(Platform& platform, std::unique_ptr<ControlWindow> window, SessionEvents& events)
+Session::Session(Platform& platform, std::unique_ptr<HostedControl> control, SessionEvents& events)
     : m_platform(platform),
       m_listener(std::make_shared<Listener>(events)),
-      m_window(std::move(window)),
-      m_control(std::in_place, platform, m_window->ControlsSurface(), m_listener),
-      m_cookie(m_control->Connect(m_listener)) {}
+      m_control(std::move(control)) {
+  m_control->Listen(m_listener);
+}
 
 Session::~Session() {
   m_listener->Close();
-  if (m_control) m_control->Disconnect(m_cookie);
 }
 
-ControlWindow& Session::Window() {
-  if (!m_window) throw std::runtime_error("the control is gone");
-  return *m_window;
+HostedControl& Session::Hosted() {
+  if (!m_control) throw std::runtime_error("the control is gone");
+  return *m_control;
 }
 
 void Session::Close() {
   m_control.reset();
-  m_window.reset();
 }
 
 Variant Session::Invoke(const Member& member, std::span<Variant> arguments) {
-  if (!m_control) throw std::runtime_error("the control is gone");
-  return m_control->Invoke(member.number, member.access, arguments);
+  return Hosted().Invoke(member, arguments);
 }
 
 Variant Session::Argument(ValueKind kind, const std::string& text) {
@@ -61,16 +57,16 @@ Variant Session::Argument(ValueKind kind, const std::string& text) {
 }
 
 void Session::LoadProperties(const std::string& fileName) {
-  if (!m_control) throw std::runtime_error("the control is gone");
+  HostedControl& control = Hosted();
   PropertyFile file(m_platform);
   file.Load(fileName);
-  m_control->ReadProperties(file);
+  control.ReadProperties(file);
 }
 
 void Session::SaveProperties(const std::string& fileName) {
-  if (!m_control) throw std::runtime_error("the control is gone");
+  HostedControl& control = Hosted();
   PropertyFile file(m_platform);
-  m_control->WriteProperties(file);
+  control.WriteProperties(file);
   file.Save(fileName);
 }
 

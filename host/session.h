@@ -7,8 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "embed/control.h"
-#include "embed/control_window.h"
+#include "host/hosted_control.h"
 #include "platform/contracts/platform.h"
 
 namespace quillet {
@@ -26,14 +25,15 @@ class SessionEvents {
 // listening, then lets go of the kept objects, of the control, and of the window.
 class Session {
  public:
-  Session(Platform& platform, std::unique_ptr<ControlWindow> window, SessionEvents& events);
+  // The platform is the one that the control's pictures are of.
+  Session(Platform& platform, std::unique_ptr<HostedControl> control, SessionEvents& events);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();
 
   // std::runtime_error once the window is closed, as from everything that needs the control.
-  ControlWindow& Window();
-  bool IsOpen() const { return m_window != nullptr; }
+  AttendedWindow& Window() { return Hosted().Window(); }
+  bool IsOpen() const { return m_control != nullptr; }
   // The host lets go of the control and closes the window, inside an event too.
   void Close();
 
@@ -58,13 +58,12 @@ class Session {
  private:
   class Listener;
 
+  HostedControl& Hosted();
   ObjectRef PictureNamed(const std::string& text);
 
   Platform& m_platform;
   std::shared_ptr<Listener> m_listener;
-  std::unique_ptr<ControlWindow> m_window;
-  std::optional<Control> m_control;  // none once it is let go of
-  int m_cookie;
+  std::unique_ptr<HostedControl> m_control;  // none once it is let go of
   std::map<std::string, ObjectRef> m_kept;
 };
 
