@@ -1,7 +1,6 @@
 #include "embed/win32_hand.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 #include "base/rounding.h"
@@ -52,8 +51,7 @@ UINT MessageOf(UINT leftMessage, Integer button) {
 void Win32Hand::Press(POINT at, Integer button, Integer shift, bool second) {
   const HWND target = Target(at);
   m_held = LowWord(m_held | button);
-  const bool onBar =
-      target == m_surface->HScroll1().Window() || target == m_surface->VScroll1().Window();
+  const bool onBar = target && (target == m_windows.horizontal || target == m_windows.vertical);
   if (onBar && button == 1) {
     m_pressedBar = target;
     m_barPath = {at};
@@ -75,7 +73,7 @@ void Win32Hand::Release(POINT at, Integer button, Integer shift) {
 
 void Win32Hand::Key(KeyAction action, Integer code, Integer shift) {
   const HWND focus = ::GetFocus();
-  const HWND target = ::IsChild(Control(), focus) ? focus : m_surface->picTwain().Window();
+  const HWND target = ::IsChild(Control(), focus) ? focus : m_windows.box;
   const UINT message = action == KeyAction::Down ? WM_KEYDOWN
                        : action == KeyAction::Up ? WM_KEYUP
                                                  : WM_CHAR;
@@ -83,11 +81,8 @@ void Win32Hand::Key(KeyAction action, Integer code, Integer shift) {
   ::SendMessageW(target, message, static_cast<std::uint16_t>(code), 1);
 }
 
-void Win32Hand::DragThumb(Bar bar, Integer value) {
+void Win32Hand::DragThumb(Bar bar, int position) {
   const auto alive = shared_from_this();
-  const Win32ScrollBar& scrollBar = ScrollBarOf(bar);
-  const auto [low, high] = std::minmax({scrollBar.Min(), scrollBar.Max()});
-  const int position = std::abs(std::clamp(value, low, high) - scrollBar.Min());
   SendScroll(bar, SB_THUMBTRACK, position);
   SendScroll(bar, SB_THUMBPOSITION, position);
   SendScroll(bar, SB_ENDSCROLL, 0);
@@ -112,7 +107,7 @@ void Win32Hand::Send(HWND target, UINT message, Integer buttons, POINT at, Integ
 }
 
 void Win32Hand::SendScroll(Bar bar, int code, int position) {
-  const HWND window = ScrollBarOf(bar).Window();
+  const HWND window = bar == Bar::Horizontal ? m_windows.horizontal : m_windows.vertical;
   if (::IsWindowVisible(window) && ::IsWindowEnabled(Control())) ::SetFocus(window);
   ::SendMessageW(Control(), bar == Bar::Horizontal ? WM_HSCROLL : WM_VSCROLL,
                  MAKEWPARAM(code, position), reinterpret_cast<LPARAM>(window));

@@ -4,18 +4,23 @@
 #include <vector>
 
 #include "embed/control_window.h"
-#include "platform/win32/win32_surface.h"
+#include "platform/win32/sdk.h"
 
 namespace quillet {
 
-// A person's mouse and keyboard on a surface, played by the messages that they would make. Points
-// are pixels of the control's inside.
+// The windows of a control on the display.
+struct ControlHandles {
+  HWND control, box, horizontal, vertical;
+};
+
+// A person's mouse and keyboard on a control's windows, played by the messages that they would
+// make. Points are pixels of the control's inside.
 //
 // A system scroll bar runs a message loop of its own from the press to the release: a press on one,
 // and the moves after it, take effect with the release.
 class Win32Hand : public std::enable_shared_from_this<Win32Hand> {
  public:
-  explicit Win32Hand(std::shared_ptr<Win32Surface> surface) : m_surface(std::move(surface)) {}
+  explicit Win32Hand(const ControlHandles& windows) : m_windows(windows) {}
 
   // One button (1, 2 or 4); a move has those that are held, summed.
   void Press(POINT at, Integer button, Integer shift, bool second);
@@ -24,15 +29,12 @@ class Win32Hand : public std::enable_shared_from_this<Win32Hand> {
 
   void Key(KeyAction action, Integer code, Integer shift);
 
-  void DragThumb(Bar bar, Integer value);
+  // To that many positions from the bar's Min end.
+  void DragThumb(Bar bar, int position);
   void Scroll(Bar bar, int code);
 
-  Win32ScrollBar& ScrollBarOf(Bar bar) const {
-    return bar == Bar::Horizontal ? m_surface->HScroll1() : m_surface->VScroll1();
-  }
-
  private:
-  HWND Control() const { return m_surface->UserControl().Window(); }
+  HWND Control() const { return m_windows.control; }
   // What the mouse message goes to: the window that has captured the mouse, or the one at the
   // point.
   HWND Target(POINT at) const;
@@ -40,7 +42,7 @@ class Win32Hand : public std::enable_shared_from_this<Win32Hand> {
   void SendScroll(Bar bar, int code, int position);
   void PlayPressOnBar(POINT releasedAt);
 
-  std::shared_ptr<Win32Surface> m_surface;
+  ControlHandles m_windows;
   Integer m_held = 0;
   HWND m_pressedBar = nullptr;
   std::vector<POINT> m_barPath;  // the press and the moves

@@ -1,6 +1,8 @@
 #include "embed/win32_window.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -93,7 +95,9 @@ Win32Window::Win32Window(Win32Platform& platform, Win32DialogUser& user, int wid
       m_user(user),
       m_class(L"Quillet.Host", 0, nullptr),
       m_surface(platform.CreateSurface(width, height)),
-      m_hand(std::make_shared<Win32Hand>(m_surface)) {
+      m_hand(std::make_shared<Win32Hand>(
+          ControlHandles{m_surface->UserControl().Window(), m_surface->picTwain().Window(),
+                         m_surface->HScroll1().Window(), m_surface->VScroll1().Window()})) {
   const RECT outside = OutsideFor(m_surface->UserControl(), width, height);
   m_window = ::CreateWindowExW(0, m_class.Name(), L"Quillet", kHostStyle, 0, 0, outside.right,
                                outside.bottom, nullptr, nullptr, ThisModule(), nullptr);
@@ -146,7 +150,10 @@ void Win32Window::Key(KeyAction action, Integer code, Integer shift) {
 }
 
 void Win32Window::DragThumb(Bar bar, Integer value) {
-  if (!m_forms.IsOpen()) m_hand->DragThumb(bar, value);
+  if (m_forms.IsOpen()) return;
+  const Win32ScrollBar& scrollBar = ScrollBarOf(bar);
+  const auto [low, high] = std::minmax({scrollBar.Min(), scrollBar.Max()});
+  m_hand->DragThumb(bar, std::abs(std::clamp(value, low, high) - scrollBar.Min()));
 }
 
 void Win32Window::ClickArrow(Bar bar, bool forward) {
@@ -185,7 +192,7 @@ ControlWindow::Place Win32Window::BoxPlace() const {
 }
 
 ControlWindow::Place Win32Window::BarPlace(Bar bar) const {
-  const Win32ScrollBar& scrollBar = m_hand->ScrollBarOf(bar);
+  const Win32ScrollBar& scrollBar = ScrollBarOf(bar);
   Place place = PlaceOf(scrollBar.Window(), m_surface->UserControl().Scale());
   place.min = scrollBar.Min();
   place.max = scrollBar.Max();

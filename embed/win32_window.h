@@ -50,6 +50,10 @@ class Win32Window : public ControlWindow {
   Win32Forms& m_forms;
   Win32DialogUser& m_user;
   WindowClass m_class;
+  const Win32ScrollBar& ScrollBarOf(Bar bar) const {
+    return bar == Bar::Horizontal ? m_surface->HScroll1() : m_surface->VScroll1();
+  }
+
   std::shared_ptr<Win32Surface> m_surface;
   std::shared_ptr<Win32Hand> m_hand;
   HWND m_window;
