@@ -1,9 +1,11 @@
 #include "embed/win32_hand.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "base/rounding.h"
+#include "base/runtime_error.h"
 
 namespace quillet {
 namespace {
@@ -48,6 +50,29 @@ UINT MessageOf(UINT leftMessage, Integer button) {
 
 }  // namespace
 
+void Win32Hand::Mouse(MouseAction action, int x, int y, Integer button, Integer shift) {
+  const bool known = action == MouseAction::Move ? button >= 0 && button <= 7
+                                                 : button == 1 || button == 2 || button == 4;
+  if (!known) throw RunTimeError(ErrorNumber::InvalidProcedureCall, "not a mouse button");
+  const POINT at{ToInteger(x), ToInteger(y)};
+  switch (action) {
+    case MouseAction::Down:
+      return Press(at, button, shift, false);
+    case MouseAction::Move:
+      return Move(at, button, shift);
+    case MouseAction::Up:
+      return Release(at, button, shift);
+    case MouseAction::Click:
+      Press(at, button, shift, false);
+      return Release(at, button, shift);
+    case MouseAction::DblClick:
+      Press(at, button, shift, false);
+      Release(at, button, shift);
+      Press(at, button, shift, true);
+      return Release(at, button, shift);
+  }
+}
+
 void Win32Hand::Press(POINT at, Integer button, Integer shift, bool second) {
   const HWND target = Target(at);
   m_held = LowWord(m_held | button);
@@ -81,8 +106,11 @@ void Win32Hand::Key(KeyAction action, Integer code, Integer shift) {
   ::SendMessageW(target, message, static_cast<std::uint16_t>(code), 1);
 }
 
-void Win32Hand::DragThumb(Bar bar, int position) {
+void Win32Hand::DragThumb(Bar bar, Integer value, Integer min, Integer max) {
   const auto alive = shared_from_this();
+  // The thumb is nearest to the beginning at Min, be that the lower end or the upper.
+  const auto [low, high] = std::minmax(min, max);
+  const int position = low + std::abs(std::clamp(value, low, high) - min);
   SendScroll(bar, SB_THUMBTRACK, position);
   SendScroll(bar, SB_THUMBPOSITION, position);
   SendScroll(bar, SB_ENDSCROLL, 0);

@@ -22,18 +22,22 @@ class Win32Hand : public std::enable_shared_from_this<Win32Hand> {
  public:
   explicit Win32Hand(const ControlHandles& windows) : m_windows(windows) {}
 
-  // One button (1, 2 or 4); a move has those that are held, summed.
+  // Run-time errors: 5 for a press or release that is not of one button (1, 2 or 4) and for a move
+  // with others than these, 6 for a point beyond 16 bits.
+  void Mouse(MouseAction action, int x, int y, Integer button, Integer shift);
+
+  void Key(KeyAction action, Integer code, Integer shift);
+
+  // To the value's place between the bar's ends.
+  void DragThumb(Bar bar, Integer value, Integer min, Integer max);
+  void Scroll(Bar bar, int code);
+
+ private:
+  // One button; a move has those that are held, summed.
   void Press(POINT at, Integer button, Integer shift, bool second);
   void Move(POINT at, Integer buttons, Integer shift);
   void Release(POINT at, Integer button, Integer shift);
 
-  void Key(KeyAction action, Integer code, Integer shift);
-
-  // To that many positions from the bar's Min end.
-  void DragThumb(Bar bar, int position);
-  void Scroll(Bar bar, int code);
-
- private:
   HWND Control() const { return m_windows.control; }
   // What the mouse message goes to: the window that has captured the mouse, or the one at the
   // point.

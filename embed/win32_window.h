@@ -26,9 +26,7 @@ class Win32Window : public ControlWindow {
 
   std::shared_ptr<Surface> ControlsSurface() override { return m_surface; }
   void Resize(int width, int height) override;
-  // Run-time errors: 5 for a press or release that is not of one button (1, 2 or 4) and for a move
-  // with others than these, 6 for a point beyond 16 bits. A press on a bar takes effect with the
-  // release.
+  // As of Win32Hand.
   void Mouse(MouseAction action, int x, int y, Integer button, Integer shift) override;
   void Key(KeyAction action, Integer code, Integer shift) override;
   void DragThumb(Bar bar, Integer value) override;
@@ -47,13 +45,13 @@ class Win32Window : public ControlWindow {
   Place BarPlace(Bar bar) const override;
 
  private:
-  Win32Forms& m_forms;
-  Win32DialogUser& m_user;
-  WindowClass m_class;
   const Win32ScrollBar& ScrollBarOf(Bar bar) const {
     return bar == Bar::Horizontal ? m_surface->HScroll1() : m_surface->VScroll1();
   }
 
+  Win32Forms& m_forms;
+  Win32DialogUser& m_user;
+  WindowClass m_class;
   std::shared_ptr<Win32Surface> m_surface;
   std::shared_ptr<Win32Hand> m_hand;
   HWND m_window;

@@ -1,5 +1,7 @@
 #include "platform/win32/win32_scroll_bar.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <utility>
 
@@ -53,8 +55,9 @@ void Win32ScrollBar::ShowRange() {
   shown.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
   // The system lets the thumb's near end go no further than to a page before nMax.
   shown.nPage = static_cast<UINT>(LargeChange());
-  shown.nMax = std::abs(Max() - Min()) + LargeChange() - 1;
-  shown.nPos = std::abs(Value() - Min());
+  shown.nMin = std::min(Min(), Max());
+  shown.nMax = shown.nMin + std::abs(Max() - Min()) + LargeChange() - 1;
+  shown.nPos = shown.nMin + std::abs(Value() - Min());
   if (Stands()) ::SetScrollInfo(Window(), SB_CTL, &shown, TRUE);
 }
 
@@ -101,8 +104,11 @@ void Win32ScrollBar::Scroll(int code, int position) {
     case SB_LEFT:
     case SB_RIGHT:
       return GoToEnd(code == SB_RIGHT);
-    case SB_THUMBTRACK:
-      return DragTo(Max() < Min() ? Min() - position : Min() + position);
+    case SB_THUMBTRACK: {
+      // The message has the position's low word.
+      const int distance = static_cast<std::uint16_t>(position - std::min(Min(), Max()));
+      return DragTo(Max() < Min() ? Min() - distance : Min() + distance);
+    }
     // The last SB_THUMBTRACK had the position already.
     case SB_THUMBPOSITION:
     case SB_ENDSCROLL:

@@ -115,15 +115,16 @@ TEST(Win32Surface, TheSystemsBarShowsEveryRangeFromMinToMax) {
   Win32ScrollBar& bar = surface->HScroll1();
   const struct {
     Integer min, max, value, largeChange;
-    int nMax, nPos;
+    int nMin, nMax, nPos;
   } cases[] = {
-      {0, 1000, 30, 100, 1099, 30},
-      {-50, 50, -20, 10, 109, 30},
-      {0, -1000, -30, 100, 1099, 30},
-      {-32768, 32767, 32767, 32767, 65535 + 32766, 65535},
-      {7, 7, 7, 5, 4, 0},
-      {7, 9, 8, 5, 6, 1},
+      {0, 1000, 30, 100, 0, 1099, 30},
+      {-50, 50, -20, 10, -50, 59, -20},
+      {0, -1000, -30, 100, -1000, 99, -970},
+      {-32768, 32767, 32767, 32767, -32768, 65533, 32767},
+      {7, 7, 7, 5, 7, 11, 7},
+      {7, 9, 8, 5, 7, 13, 8},
   };
+  bar.PutVisible(true);
   for (const auto& c : cases) {
     bar.PutMin(c.min);
     bar.PutMax(c.max);
@@ -133,10 +134,15 @@ TEST(Win32Surface, TheSystemsBarShowsEveryRangeFromMinToMax) {
     shown.cbSize = sizeof(shown);
     shown.fMask = SIF_ALL;
     ASSERT_TRUE(::GetScrollInfo(bar.Window(), SB_CTL, &shown));
-    EXPECT_EQ(shown.nMin, 0);
+    EXPECT_EQ(shown.nMin, c.nMin);
     EXPECT_EQ(shown.nMax, c.nMax);
     EXPECT_EQ(shown.nPos, c.nPos);
     EXPECT_EQ(static_cast<int>(shown.nPage), c.largeChange);
+    // A drag tells the position's low word.
+    bar.PutValue(c.min);
+    ::SendMessageW(bar.Window(), OCM_HSCROLL, MAKEWPARAM(SB_THUMBTRACK, c.nPos), 0);
+    EXPECT_EQ(bar.Value(), c.value);
+    ::SendMessageW(bar.Window(), OCM_HSCROLL, SB_ENDSCROLL, 0);
   }
 }
 
