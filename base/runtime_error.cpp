@@ -51,4 +51,11 @@ RunTimeError::RunTimeError(ErrorNumber number)
 RunTimeError::RunTimeError(ErrorNumber number, const std::string& detail)
     : std::runtime_error(std::string(Text(number)) + " (" + detail + ")"), m_number(number) {}
 
+RunTimeError::RunTimeError(ErrorNumber number, const std::string& text, InFull)
+    : std::runtime_error(text), m_number(number) {}
+
+RunTimeError RunTimeError::Told(ErrorNumber number, const std::string& text) {
+  return text.empty() ? RunTimeError(number) : RunTimeError(number, text, InFull{});
+}
+
 }  // namespace quillet

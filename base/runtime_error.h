@@ -32,10 +32,15 @@ class RunTimeError : public std::runtime_error {
  public:
   explicit RunTimeError(ErrorNumber number);
   RunTimeError(ErrorNumber number, const std::string& detail);
+  // An error as another component told it, in its words.
+  static RunTimeError Told(ErrorNumber number, const std::string& text);
 
   ErrorNumber Number() const noexcept { return m_number; }
 
  private:
+  struct InFull {};
+  RunTimeError(ErrorNumber number, const std::string& text, InFull);
+
   ErrorNumber m_number;
 };
 

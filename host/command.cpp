@@ -4,14 +4,15 @@
 #include <exception>
 #include <memory>
 #include <ostream>
+#include <stdexcept>
 
 #include "base/runtime_error.h"
 #include "embed/stage.h"
 #include "host/command_line.h"
+#include "host/control_file.h"
 #include "host/exit_status.h"
 #include "host/format.h"
 #include "host/help.h"
-#include "host/hosted_control.h"
 #include "host/member_table.h"
 #include "host/runner.h"
 #include "host/source_faults.h"
@@ -57,15 +58,36 @@ class PrintingShell : public SystemServices {
   std::ostream& m_out;
 };
 
+// What the command line asks for cannot be had.
+int Refuse(const std::string& what, const std::string& why, std::ostream& err) {
+  err << "quillet: " << (what.empty() ? "" : what + ": ") << why << std::endl;
+  return kWrongUsage;
+}
+
+std::string ControlOption(const CommandLine& commandLine) {
+  return commandLine.registered ? "--registered" : "--ocx " + commandLine.ocx;
+}
+
+std::unique_ptr<ControlFile> ControlFileOf(const CommandLine& commandLine) {
+  const bool isWanted = commandLine.registered || !commandLine.ocx.empty();
+  return isWanted ? LoadControlFile(commandLine.ocx) : nullptr;
+}
+
 int RunSteps(const CommandLine& commandLine, std::ostream& out, std::ostream& err) {
   std::unique_ptr<Stage> stage;
   try {
     stage = StageOf(commandLine);
   } catch (const RunTimeError& error) {
-    err << "quillet: " << (commandLine.page.empty() ? "" : "--page " + commandLine.page + ": ")
-        << "run-time error " << static_cast<int>(error.Number()) << ": " << error.what()
-        << std::endl;
-    return kWrongUsage;
+    return Refuse(commandLine.page.empty() ? "" : "--page " + commandLine.page, FormatError(error),
+                  err);
+  }
+  std::unique_ptr<ControlFile> file;
+  try {
+    file = ControlFileOf(commandLine);
+  } catch (const RunTimeError& error) {
+    return Refuse(ControlOption(commandLine), FormatError(error), err);
+  } catch (const std::runtime_error& error) {
+    return Refuse(ControlOption(commandLine), error.what(), err);
   }
   const Platform& contracts = stage->Contracts();
   FaultySourceManager faulty(contracts.sources, commandLine.faults);
@@ -82,13 +104,19 @@ int RunSteps(const CommandLine& commandLine, std::ostream& out, std::ostream& er
                 contracts.dialogs,
                 contracts.forms,
                 system};
-  auto control = std::make_unique<CoreHostedControl>(
-      seen, stage->OpenWindow(commandLine.view.width, commandLine.view.height));
+  const auto [width, height] = commandLine.view;
+  std::unique_ptr<HostedControl> control;
+  if (file)
+    control = file->Open(seen, width, height);
+  else
+    control = std::make_unique<CoreHostedControl>(seen, stage->OpenWindow(width, height));
   int status = Runner(seen, std::move(control), commandLine, out, err).Run();
   if (commandLine.leaks) {
     const CensusCounts left = stage->Census();
-    out << "leaks: " << FormatCensus(left) << '\n';
-    if (left != CensusCounts{}) status = kFailed;
+    const bool isAtRest = !file || file->IsAtRest();
+    out << "leaks: " << FormatCensus(left) << (isAtRest ? "" : "; the control's file is in use")
+        << '\n';
+    if (left != CensusCounts{} || !isAtRest) status = kFailed;
   }
   return status;
 }

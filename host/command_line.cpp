@@ -17,11 +17,17 @@ constexpr struct {
   const char* name;
   bool CommandLine::*value;
 } kFlags[] = {
-    {"--events", &CommandLine::events},        {"--byref", &CommandLine::byRef},
-    {"--keep-going", &CommandLine::keepGoing}, {"--leaks", &CommandLine::leaks},
-    {"--members", &CommandLine::members},      {"--trace", &CommandLine::trace},
-    {"--no-manager", &CommandLine::noManager}, {"--list-sources", &CommandLine::listSources},
-    {"--version", &CommandLine::version},      {"--help", &CommandLine::help},
+    {"--events", &CommandLine::events},
+    {"--byref", &CommandLine::byRef},
+    {"--keep-going", &CommandLine::keepGoing},
+    {"--leaks", &CommandLine::leaks},
+    {"--members", &CommandLine::members},
+    {"--trace", &CommandLine::trace},
+    {"--no-manager", &CommandLine::noManager},
+    {"--list-sources", &CommandLine::listSources},
+    {"--registered", &CommandLine::registered},
+    {"--version", &CommandLine::version},
+    {"--help", &CommandLine::help},
 };
 
 // Reads one command line from left to right.
@@ -43,6 +49,7 @@ class Parser {
     }
     CheckKeptNames();
     CheckLoadedProperties();
+    CheckHostedFile();
     return std::move(m_result);
   }
 
@@ -72,6 +79,7 @@ class Parser {
         {"--on", "EVENT=STEP", &Parser::TakeEventStep},
         {"--source", "NAME", &Parser::TakeSource},
         {"--page", "FILE", &Parser::TakePage},
+        {"--ocx", "FILE", &Parser::TakeOcx},
         {"--fault", "DAT/MSG[/CAP]=TWRC", &Parser::TakeFault},
     };
     const std::size_t mark = argument.find('=');
@@ -103,6 +111,11 @@ class Parser {
   void TakePage(const std::string& value) {
     if (value.empty()) throw UsageError("the file's name is missing");
     m_result.page = value;
+  }
+
+  void TakeOcx(const std::string& value) {
+    if (value.empty()) throw UsageError("the file's name is missing");
+    m_result.ocx = value;
   }
 
   void TakeFault(const std::string& value) { m_result.faults.push_back(ParseSourceFault(value)); }
@@ -142,17 +155,23 @@ class Parser {
     if (in.bad()) throw UsageError("cannot read " + name);
   }
 
+  // Those inside events too.
+  template <typename Action>
+  void ForEachStep(Action&& action) const {
+    for (const Step& step : m_result.steps) action(step);
+    for (const EventStep& eventStep : m_result.eventSteps) action(eventStep.step);
+  }
+
   // A picture under a name that no step keeps can never be there.
   void CheckKeptNames() {
-    std::vector<const Step*> steps;
-    for (const Step& step : m_result.steps) steps.push_back(&step);
-    for (const EventStep& eventStep : m_result.eventSteps) steps.push_back(&eventStep.step);
     std::set<std::string> kept;
-    for (const Step* step : steps)
-      if (const auto* keep = std::get_if<KeepPicture>(&step->action)) kept.insert(keep->name);
-    for (const Step* step : steps)
-      for (const std::string& name : KeptNamesIn(*step))
-        if (!kept.contains(name)) AddError(step->text, "no step keeps a picture as " + name);
+    ForEachStep([&](const Step& step) {
+      if (const auto* keep = std::get_if<KeepPicture>(&step.action)) kept.insert(keep->name);
+    });
+    ForEachStep([&](const Step& step) {
+      for (const std::string& name : KeptNamesIn(step))
+        if (!kept.contains(name)) AddError(step.text, "no step keeps a picture as " + name);
+    });
   }
 
   // A control takes settings from its host's document before it is used, or never.
@@ -163,6 +182,25 @@ class Parser {
     };
     for (std::size_t i = 1; i < m_result.steps.size(); ++i) check(m_result.steps[i]);
     for (const EventStep& eventStep : m_result.eventSteps) check(eventStep.step);
+  }
+
+  // A control in a file is reached by its members and its windows; what lies behind them is its
+  // own.
+  void CheckHostedFile() {
+    const bool hasFile = !m_result.ocx.empty();
+    if (!hasFile && !m_result.registered) return;
+    const std::string option = hasFile ? "--ocx" : "--registered";
+    if (hasFile && m_result.registered) AddError("--registered", "--ocx names the control already");
+    if (m_result.trace) AddError("--trace", "what " + option + " hosts is not listened to inside");
+    if (!m_result.faults.empty())
+      AddError("--fault", "what " + option + " hosts is not meddled with inside");
+    const auto check = [&](const Step& step) {
+      const auto* call = std::get_if<CallMethod>(&step.action);
+      const bool isAbout = call && EqualsIgnoringCase(call->member->name, "About");
+      if (isAbout || std::holds_alternative<ClickForm>(step.action))
+        AddError(step.text, "the window of what " + option + " hosts is for a person to close");
+    };
+    ForEachStep(check);
   }
 
   std::span<const std::string> m_arguments;

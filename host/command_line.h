@@ -28,10 +28,12 @@ struct CommandLine {
   bool trace = false;
   bool noManager = false;
   bool listSources = false;
+  bool registered = false;
   bool version = false;
   bool help = false;
   std::string source;  // empty: the user's default
   std::string page;    // empty: the built-in one
+  std::string ocx;     // the file whose control is hosted; empty: none, the core is called directly
   std::vector<SourceFault> faults;
   std::vector<EventStep> eventSteps;
   std::vector<Step> steps;

@@ -83,6 +83,10 @@ std::string FormatEvent(Event event, std::span<const Variant> arguments,
   return line;
 }
 
+std::string FormatError(const RunTimeError& error) {
+  return "run-time error " + std::to_string(static_cast<int>(error.Number())) + ": " + error.what();
+}
+
 std::string FormatLayout(const AttendedWindow& window) {
   const AttendedWindow::Place box = window.BoxPlace();
   return FormatPosition("picTwain", box) + " " + Pixels(box.width) + "x" + Pixels(box.height) +

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/runtime_error.h"
 #include "control/events.h"
 #include "embed/control_window.h"
 #include "platform/contracts/bitmap_services.h"
@@ -24,6 +25,9 @@ std::string FormatQuoted(const Variant& value, const BitmapServices& bitmaps);
 // `event MouseDown 1 0 10 20`
 std::string FormatEvent(Event event, std::span<const Variant> arguments,
                         const BitmapServices& bitmaps);
+
+// `run-time error 6: Overflow`
+std::string FormatError(const RunTimeError& error);
 
 // Three lines, the picture box and the bars: left, top, width and height in twips of the control;
 // then the box's size in pixels, or whether the bar is visible and its min, max and value.

@@ -68,6 +68,9 @@ Options
                     that TWAIN operation answers so and does nothing, as in
                     DAT_CAPABILITY/MSG_SET/ICAP_YRESOLUTION=TWRC_FAILURE; may be repeated
   --no-manager      as on a machine without TWAIN
+  --ocx FILE        on Windows: hosts the control in that file, as other programs do, instead of
+                    running its core in this one; without --trace, --fault, About, @web and @ok
+  --registered      the same with the control that is registered as Quillet.Twain
   --byref           prints arguments that a call changed
   --keep-going      goes on after a step that failed
   --leaks           prints which platform objects are left when the control is gone

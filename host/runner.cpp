@@ -12,10 +12,6 @@
 namespace quillet {
 namespace {
 
-std::string Describe(const RunTimeError& error) {
-  return "run-time error " + std::to_string(static_cast<int>(error.Number())) + ": " + error.what();
-}
-
 bool AnswersWithStatus(const Member& member) {
   return EqualsIgnoringCase(member.name, "Save") || EqualsIgnoringCase(member.name, "SaveAdd");
 }
@@ -89,11 +85,14 @@ std::vector<Runner::Handler> Runner::HandlersOf(const CommandLine& commandLine) 
 }
 
 int Runner::Run() {
-  // While a form is open the steps go on inside the one that opened it.
-  m_session.Window().WhileAFormIsOpen([this] { return RunNextStep(); });
   // Settings are read before the control is used.
   const auto& steps = m_commandLine.steps;
-  if (steps.empty() || !std::holds_alternative<LoadProperties>(steps.front().action)) Idle();
+  if (!steps.empty() && std::holds_alternative<LoadProperties>(steps.front().action))
+    RunNextStep();
+  else
+    Idle();
+  // While a form is open the steps go on inside the one that opened it.
+  if (m_session.IsOpen()) m_session.Window().WhileAFormIsOpen([this] { return RunNextStep(); });
   while (RunNextStep()) {
   }
   if (m_failed) return kFailed;
@@ -131,9 +130,9 @@ void Runner::RunStep(const Step& step) {
   try {
     std::visit(Perform{*this}, step.action);
   } catch (const RunTimeError& error) {
-    Fail(step, Describe(error));
+    Fail(step, FormatError(error));
   } catch (const std::bad_alloc&) {
-    Fail(step, Describe(RunTimeError(ErrorNumber::OutOfMemory)));
+    Fail(step, FormatError(RunTimeError(ErrorNumber::OutOfMemory)));
   } catch (const std::exception& error) {
     Fail(step, error.what());
   }

@@ -85,6 +85,20 @@ TEST(CommandLine, DescribesTheScannerAndItsFaults) {
   EXPECT_FALSE(Parse({"--page", ""}).errors.empty());
 }
 
+TEST(CommandLine, AControlInAFileIsKnownFromOutsideOnly) {
+  EXPECT_EQ(Parse({"--ocx", "a.ocx", "Flip"}).ocx, "a.ocx");
+  EXPECT_TRUE(Parse({"--registered", "Flip"}).registered);
+  const CommandLine line = Parse({"--ocx=a.ocx", "--registered", "--trace", "--fault",
+                                  "DAT_IDENTITY/MSG_OPENDS=TWRC_FAILURE", "about", "@web", "--on",
+                                  "Click=@ok", "--ocx", ""});
+  const char* const beginnings[] = {
+      "--ocx: ", "--registered: ", "--trace: ", "--fault: ", "about: ", "@web: ", "@ok: "};
+  ASSERT_EQ(line.errors.size(), std::size(beginnings));
+  for (std::size_t i = 0; i < line.errors.size(); ++i)
+    EXPECT_TRUE(line.errors[i].starts_with(beginnings[i])) << line.errors[i];
+  EXPECT_TRUE(Parse({"--trace", "About", "@ok"}).errors.empty());
+}
+
 TEST(CommandLine, NothingToDoIsWrongUsage) {
   EXPECT_FALSE(Parse({}).errors.empty());
   EXPECT_TRUE(Parse({"--leaks"}).errors.empty());

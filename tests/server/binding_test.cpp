@@ -37,7 +37,7 @@ TEST_F(Binding, EveryPropertyReadsLateAndWritesWhatItRead) {
   for (const Member& member : Members()) {
     if (member.access != Access::Get) continue;
     const std::wstring name = Utf16(member.name);
-    const Outcome read = Get(control.get(), name.c_str());
+    const CallResult read = Get(control.get(), name.c_str());
     EXPECT_EQ(read.result, S_OK) << member.name;
     if (FindMember(member.number, Access::Put)) {
       EXPECT_EQ(Put(control.get(), name.c_str(), read.value).result, S_OK) << member.name;
@@ -73,7 +73,7 @@ TEST_F(Binding, ValuesAreConvertedToTheMembersKind) {
 }
 
 TEST_F(Binding, ErrorsHaveNumberSourceAndDescription) {
-  const Outcome overflow = Put(control.get(), L"Quality", Value(70000));
+  const CallResult overflow = Put(control.get(), L"Quality", Value(70000));
   EXPECT_EQ(overflow.result, RunTime(6));
   EXPECT_EQ(overflow.source, L"Quillet.Twain");
   EXPECT_TRUE(overflow.description.starts_with(L"Overflow")) << Utf8(overflow.description);

@@ -7,11 +7,11 @@
 
 namespace quillet {
 
-std::wstring ControlFile() {
+std::wstring OcxPath() {
   return ProgramFolder() + L"..\\server\\quillet.ocx";
 }
 
-ControlLibrary::ControlLibrary() : m_module(::LoadLibraryW(ControlFile().c_str())) {
+ControlLibrary::ControlLibrary() : m_module(::LoadLibraryW(OcxPath().c_str())) {
   ::OleInitialize(nullptr);
   if (!m_module) throw std::runtime_error("quillet.ocx does not load");
 }
@@ -48,9 +48,9 @@ ComPtr<::_Twain> ControlLibrary::Make(bool initialised) const {
   return control;
 }
 
-Outcome InvokeByName(::IDispatch* object, const wchar_t* name, WORD flags,
-                     std::vector<VARIANT> arguments) {
-  Outcome outcome;
+CallResult InvokeByName(::IDispatch* object, const wchar_t* name, WORD flags,
+                        std::vector<VARIANT> arguments) {
+  CallResult outcome;
   DISPID number = 0;
   auto* names = const_cast<LPOLESTR>(name);
   outcome.result = object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &number);
@@ -72,19 +72,19 @@ Outcome InvokeByName(::IDispatch* object, const wchar_t* name, WORD flags,
   return outcome;
 }
 
-Outcome Get(::IDispatch* object, const wchar_t* name) {
+CallResult Get(::IDispatch* object, const wchar_t* name) {
   return InvokeByName(object, name, DISPATCH_PROPERTYGET);
 }
 
-Outcome Put(::IDispatch* object, const wchar_t* name, Value value) {
+CallResult Put(::IDispatch* object, const wchar_t* name, Value value) {
   return InvokeByName(object, name, DISPATCH_PROPERTYPUT, {value.get()});
 }
 
-Outcome PutRef(::IDispatch* object, const wchar_t* name, Value value) {
+CallResult PutRef(::IDispatch* object, const wchar_t* name, Value value) {
   return InvokeByName(object, name, DISPATCH_PROPERTYPUTREF, {value.get()});
 }
 
-Outcome Call(::IDispatch* object, const wchar_t* name, std::vector<VARIANT> arguments) {
+CallResult Call(::IDispatch* object, const wchar_t* name, std::vector<VARIANT> arguments) {
   return InvokeByName(object, name, DISPATCH_METHOD, std::move(arguments));
 }
 

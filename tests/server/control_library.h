@@ -9,7 +9,7 @@
 namespace quillet {
 
 // The path of the quillet.ocx that was built with the tests.
-std::wstring ControlFile();
+std::wstring OcxPath();
 
 // quillet.ocx, loaded from its file: nothing of it is registered. It is let go of at the
 // end. OLE is there meanwhile.
@@ -83,7 +83,7 @@ class Value {
 };
 
 // What a late-bound call came to.
-struct Outcome {
+struct CallResult {
   HRESULT result = S_OK;  // of an exception, the one that it tells
   std::wstring source, description;
   Value value;
@@ -91,12 +91,12 @@ struct Outcome {
 
 // Late-bound calls by name, arguments in their natural order. They are the caller's: what is passed
 // by reference comes back in them.
-Outcome InvokeByName(::IDispatch* object, const wchar_t* name, WORD flags,
-                     std::vector<VARIANT> arguments = {});
-Outcome Get(::IDispatch* object, const wchar_t* name);
-Outcome Put(::IDispatch* object, const wchar_t* name, Value value);
-Outcome PutRef(::IDispatch* object, const wchar_t* name, Value value);
-Outcome Call(::IDispatch* object, const wchar_t* name, std::vector<VARIANT> arguments = {});
+CallResult InvokeByName(::IDispatch* object, const wchar_t* name, WORD flags,
+                        std::vector<VARIANT> arguments = {});
+CallResult Get(::IDispatch* object, const wchar_t* name);
+CallResult Put(::IDispatch* object, const wchar_t* name, Value value);
+CallResult PutRef(::IDispatch* object, const wchar_t* name, Value value);
+CallResult Call(::IDispatch* object, const wchar_t* name, std::vector<VARIANT> arguments = {});
 
 // A picture object with a 24-bit bitmap of that size, black.
 ComPtr<IPictureDisp> BlackPicture(int width, int height);

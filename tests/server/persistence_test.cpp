@@ -70,11 +70,11 @@ std::map<std::wstring, std::wstring> Settings(const ComPtr<::_Twain>& control) {
        {L"BackColor", L"Enabled", L"MousePointer", L"ToolTipText", L"ColorType", L"Resolution",
         L"filename", L"ShowProgress", L"ShowInterface", L"AutoRedraw", L"BorderStyle",
         L"Scrollable", L"Quality", L"Compression", L"FileType"}) {
-    Outcome read = Get(control.get(), name);
+    CallResult read = Get(control.get(), name);
     ::VariantChangeType(&read.value.get(), &read.value.get(), 0, VT_BSTR);
     settings[name] = read.value.get().bstrVal;
   }
-  Outcome icon = Get(control.get(), L"MouseIcon");
+  CallResult icon = Get(control.get(), L"MouseIcon");
   SHORT type = PICTYPE_NONE;
   ComPtr<IPicture> picture;
   if (icon.value.get().pdispVal &&

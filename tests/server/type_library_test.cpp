@@ -22,7 +22,7 @@ std::string Take(BSTR text) {
 
 ComPtr<ITypeLib> Library() {
   ComPtr<ITypeLib> library;
-  EXPECT_EQ(::LoadTypeLibEx(ControlFile().c_str(), REGKIND_NONE, library.Receive()), S_OK);
+  EXPECT_EQ(::LoadTypeLibEx(OcxPath().c_str(), REGKIND_NONE, library.Receive()), S_OK);
   return library;
 }
 
