@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <span>
 #include <vector>
 
 #include "platform/portable/bitmap_convert.h"
@@ -7,6 +8,7 @@
 #include "platform/portable/codec_error.h"
 #include "platform/portable/codec_format.h"
 #include "platform/portable/codec_tiff.h"
+#include "platform/portable/lzw_encoder.h"
 
 namespace quillet {
 namespace {
@@ -52,6 +54,14 @@ bool IsWhiteThenBlack(const Dib::Format& format) {
   return format.depth == 1 && format.palette == turned;
 }
 
+// The horizontal predictor: each sample less the one of the pixel before it.
+void TakeDifferences(const Byte* __restrict row, std::size_t count, std::size_t samples,
+                     Byte* __restrict target) {
+  std::copy_n(row, samples, target);
+  for (std::size_t i = samples; i < count; ++i)
+    target[i] = static_cast<Byte>(row[i] - row[i - samples]);
+}
+
 }  // namespace
 
 void WriteTiffPage(TIFF* tiff, const Dib& dib) {
@@ -73,13 +83,14 @@ void WriteTiffPage(TIFF* tiff, const Dib& dib) {
                  : PHOTOMETRIC_PALETTE);
   Set(tiff, TIFFTAG_COMPRESSION, bilevel ? COMPRESSION_CCITTFAX4 : COMPRESSION_LZW);
   // Neighbouring grey levels and channels are alike, indexes of a palette are not.
-  if (!indexed || (gray && format.depth == 8)) Set(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
+  const bool predicted = !indexed || (gray && format.depth == 8);
+  if (predicted) Set(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
   if (indexed && !gray && !inverted) SetColorMap(tiff, format);
   SetResolution(tiff, format);
 
   const std::size_t rowBytes =
       indexed ? dib.RowBytes() : static_cast<std::size_t>(format.width) * 3;
-  // Small enough that the library's own copy of a strip stays in the heap and the caches.
+  // Small enough that a strip stays in the caches until it is coded.
   constexpr std::size_t kStripSize = std::size_t{128} << 10;
   const Long rows = bilevel
                         ? format.height
@@ -87,27 +98,37 @@ void WriteTiffPage(TIFF* tiff, const Dib& dib) {
                               kStripSize / rowBytes, 1, static_cast<std::size_t>(format.height)));
   Set(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(rows));
 
-  // The library's predictor works in the caller's block.
   std::vector<Byte> strip(rowBytes * static_cast<std::size_t>(rows));
-  std::vector<Byte> row(format.depth > 24 || format.depth == 16 ? rowBytes : 0);
+  std::vector<Byte> converted(format.depth > 24 || format.depth == 16 ? rowBytes : 0);
+  std::vector<Byte> swapped(indexed ? 0 : rowBytes);
   const RowConverter converter(format);
+  LzwEncoder encoder;
   for (Long y = 0; y < format.height; y += rows) {
     const Long count = std::min(rows, format.height - y);
     Byte* target = strip.data();
     for (Long i = 0; i < count; ++i, target += rowBytes) {
-      if (indexed) {
-        std::copy_n(dib.Row(y + i), rowBytes, target);
-        continue;
-      }
       const Byte* source = dib.Row(y + i);
-      if (format.depth != 24) {
-        converter.To24(source, 0, format.width, row.data());
-        source = row.data();
+      if (!converted.empty()) {
+        converter.To24(source, 0, format.width, converted.data());
+        source = converted.data();
       }
-      SwapRedAndBlue(source, target, static_cast<std::size_t>(format.width));
+      if (!indexed) {
+        SwapRedAndBlue(source, swapped.data(), static_cast<std::size_t>(format.width));
+        source = swapped.data();
+      }
+      if (predicted)
+        TakeDifferences(source, rowBytes, indexed ? 1 : 3, target);
+      else
+        std::copy_n(source, rowBytes, target);
     }
-    Require(TIFFWriteEncodedStrip(tiff, static_cast<std::uint32_t>(y / rows), strip.data(),
-                                  static_cast<tmsize_t>(rowBytes) * count) >= 0);
+    const auto number = static_cast<std::uint32_t>(y / rows);
+    const std::span<Byte> bytes(strip.data(), target);
+    if (bilevel) {
+      Require(TIFFWriteEncodedStrip(tiff, number, bytes.data(), std::ssize(bytes)) >= 0);
+    } else {
+      const std::span<Byte> codes = encoder.Encode(bytes);
+      Require(TIFFWriteRawStrip(tiff, number, codes.data(), std::ssize(codes)) >= 0);
+    }
   }
   Require(TIFFWriteDirectory(tiff) != 0);
 }
