@@ -37,11 +37,13 @@ Page::Page(int dotsPerInch, InstructionSet instructions)
       m_height(EvenSizeOfPage(dotsPerInch).height),
       m_stride((3 * static_cast<std::size_t>(m_width) + 3) / 4 * 4),
       m_pixels(std::make_unique<PixelMemory>(m_stride * static_cast<std::size_t>(m_height))),
-      m_copy(std::make_unique<PixelMemory>(m_pixels->Size())),
+      m_copySource(std::make_unique<PixelMemory>(m_pixels->Size())),
+      m_copyTarget(std::make_unique<PixelMemory>(m_pixels->Size())),
       m_platform(std::make_unique<PortablePlatform>("", instructions)),
       m_picture(PictureOfPage(m_platform->Contracts(), dotsPerInch)) {
   DrawPage(dotsPerInch, m_pixels->Data(), m_stride);
-  std::memset(m_copy->Data(), 0, m_copy->Size());
+  std::memcpy(m_copySource->Data(), m_pixels->Data(), m_pixels->Size());
+  std::memset(m_copyTarget->Data(), 0, m_copyTarget->Size());
 }
 
 std::shared_ptr<cPicture24> Page::EmptyBuffer() const {
@@ -57,7 +59,7 @@ std::shared_ptr<cPicture24> Page::FilledBuffer() const {
 }
 
 void Page::Memcpy() const {
-  std::memcpy(m_copy->Data(), m_pixels->Data(), m_pixels->Size());
+  std::memcpy(m_copyTarget->Data(), m_copySource->Data(), m_copySource->Size());
 }
 
 PictureRef PictureOfPage(Platform& platform, int dotsPerInch) {

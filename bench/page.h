@@ -22,6 +22,7 @@ class Page {
   Long Height() const { return m_height; }
   std::size_t Stride() const { return m_stride; }
   std::size_t ByteCount() const { return m_pixels->Size(); }
+  // What the peer reads.
   Byte* Pixels() const { return m_pixels->Data(); }
 
   Platform& Contracts() const { return m_platform->Contracts(); }
@@ -30,7 +31,8 @@ class Page {
   std::shared_ptr<cPicture24> EmptyBuffer() const;
   std::shared_ptr<cPicture24> FilledBuffer() const;
 
-  // Copies the pixels into warm memory of the same kind: what everything is compared with.
+  // Copies the pixels between two blocks of warm memory that nothing else uses: what everything is
+  // compared with. Were its source the peer's, each would find in the caches what the other left.
   void Memcpy() const;
 
  private:
@@ -40,7 +42,8 @@ class Page {
   Long m_height;
   std::size_t m_stride;
   std::unique_ptr<PixelMemory> m_pixels;
-  std::unique_ptr<PixelMemory> m_copy;
+  std::unique_ptr<PixelMemory> m_copySource;
+  std::unique_ptr<PixelMemory> m_copyTarget;
   std::unique_ptr<PortablePlatform> m_platform;
   PictureRef m_picture;
 };

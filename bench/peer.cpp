@@ -85,8 +85,10 @@ std::function<void()> Resize(const Page& page, Long width, Long height) {
 }
 
 std::function<void()> Invert(const Page& page) {
-  return Into(page.Width(), page.Height(),
-              [](cv::Mat& target) { cv::bitwise_not(target, target); });
+  const auto target = std::make_shared<Target>(page.Width(), page.Height());
+  MatOf(page).copyTo(target->mat);
+  cv::setNumThreads(1);
+  return [target] { cv::bitwise_not(target->mat, target->mat); };
 }
 
 std::function<void()> GrayScale(const Page& page) {
