@@ -13,7 +13,7 @@ namespace quillet {
 // every channel but 128 has met an end.
 template <typename T>
 inline T Contrasted(T c, T factor) {
-  return (c - 128) * factor + 128;
+  return c * factor + (128 - 128 * factor);
 }
 
 // c x level / 255 for a level from 0 to 255; never half-way.

@@ -18,8 +18,9 @@
 //   Narrow(low, high)       bytes again, clamped to 0 .. 255
 //   Prefetch(address)       asks for the cache line there, which may lie outside the picture
 //
-// Each returns how many bytes it did; what is left at the row's end is for a narrower form. Blocks
-// go from left to right, and everything is loaded before the block is stored.
+// The first three need rows of one block at least. The others return how many bytes they did; what
+// is left at the row's end is for a narrower form. Their blocks go from left to right, and
+// everything is loaded before the block is stored.
 namespace quillet::channels {
 
 struct LowHalf {};
@@ -48,40 +49,58 @@ inline std::ptrdiff_t ForEachBlock(Byte* target, std::ptrdiff_t count, Formula f
   return ForEachBlockAsking<Lanes>(0, target, count, formula, sources...);
 }
 
-// Three blocks hold whole pixels.
-template <typename Lanes>
-inline std::ptrdiff_t Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes) {
-  const Byte* const pattern = changes.bytes;
-  const typename Lanes::Bytes change[] = {Lanes::Load(pattern),
-                                          Lanes::Load(pattern + Lanes::kBytes),
-                                          Lanes::Load(pattern + 2 * Lanes::kBytes)};
-  std::ptrdiff_t i = 0;
-  for (; i + 3 * Lanes::kBytes <= count; i += 3 * Lanes::kBytes) {
+// In place, for at least one block, with aligned stores but for the first and the last, which reach
+// into their neighbours: they are worked out from what was there before, and not earlier than that
+// needs, because the row's end is not in the caches yet. The transformation is given the block and
+// the channel of its first byte.
+template <typename Lanes, typename Transformation>
+inline void ForEachAlignedBlock(Byte* row, std::ptrdiff_t count, Transformation transform) {
+  constexpr std::ptrdiff_t kBytes = Lanes::kBytes;
+  const auto transformed = [&](std::ptrdiff_t at, std::ptrdiff_t channel) {
+    return transform(Lanes::Load(row + at), channel);
+  };
+  const std::ptrdiff_t last = count - kBytes;
+  const auto atStart = transformed(0, 0);
+  auto i = static_cast<std::ptrdiff_t>((0 - reinterpret_cast<std::uintptr_t>(row)) % kBytes);
+  // Three blocks hold whole pixels.
+  const std::ptrdiff_t channels[] = {i % 3, (i + kBytes) % 3, (i + 2 * kBytes) % 3};
+  for (; i + 3 * kBytes <= last; i += 3 * kBytes) {
     for (int part = 0; part < 3; ++part) {
-      Byte* const at = row + i + part * Lanes::kBytes;
-      Lanes::Store(at, Lanes::Load(at) ^ change[part]);
+      const std::ptrdiff_t at = i + part * kBytes;
+      Lanes::Store(row + at, transformed(at, channels[part]));
     }
   }
-  return i;
+  for (; i + kBytes <= last; i += kBytes) Lanes::Store(row + i, transformed(i, i % 3));
+  const auto atEnd = transformed(last, last % 3);
+  if (i <= last) Lanes::Store(row + i, transformed(i, i % 3));
+  Lanes::Store(row, atStart);
+  Lanes::Store(row + last, atEnd);
 }
 
 template <typename Lanes>
-inline std::ptrdiff_t Contrast(Byte* row, std::ptrdiff_t count, Integer factor) {
-  using Bytes = typename Lanes::Bytes;
+inline void Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes) {
+  ForEachAlignedBlock<Lanes>(row, count, [&](typename Lanes::Bytes bytes, std::ptrdiff_t channel) {
+    return bytes ^ Lanes::Load(changes.bytes + channel);
+  });
+}
+
+template <typename Lanes>
+inline void Contrast(Byte* row, std::ptrdiff_t count, Integer factor) {
   const auto factors = typename Lanes::Words{} + factor;
-  return ForEachBlock<Lanes>(
-      row, count, [=](auto half, Bytes c) { return Contrasted(Lanes::Widen(half, c), factors); },
-      row);
+  ForEachAlignedBlock<Lanes>(row, count, [=](typename Lanes::Bytes c, std::ptrdiff_t) {
+    return Lanes::Narrow(Contrasted(Lanes::Widen(LowHalf{}, c), factors),
+                         Contrasted(Lanes::Widen(HighHalf{}, c), factors));
+  });
 }
 
 template <typename Lanes>
-inline std::ptrdiff_t Fade(Byte* row, std::ptrdiff_t count, Byte level) {
-  using Bytes = typename Lanes::Bytes;
+inline void Fade(Byte* row, std::ptrdiff_t count, Byte level) {
   using UWords = typename Lanes::UWords;
   const UWords levels = UWords{} + level;
-  return ForEachBlock<Lanes>(
-      row, count, [=](auto half, Bytes c) { return Faded(UWords(Lanes::Widen(half, c)), levels); },
-      row);
+  ForEachAlignedBlock<Lanes>(row, count, [=](typename Lanes::Bytes c, std::ptrdiff_t) {
+    return Lanes::Narrow(Faded(UWords(Lanes::Widen(LowHalf{}, c)), levels),
+                         Faded(UWords(Lanes::Widen(HighHalf{}, c)), levels));
+  });
 }
 
 template <typename Lanes>

@@ -43,36 +43,21 @@ struct Lanes {
   }
 };
 
-// The bytes of the whole pixels before the first one that starts an aligned vector: 3 k with k the
-// smallest for which row + 3 k is a multiple of 32; 3 x 11 leaves 1 when divided by 32. What is no
-// more than memory's work gains a tenth by it.
-std::ptrdiff_t BytesToAlignment(const Byte* row, std::ptrdiff_t count) {
-  const std::uintptr_t pixels = (0 - reinterpret_cast<std::uintptr_t>(row)) * 11 % Lanes::kBytes;
-  const auto bytes = static_cast<std::ptrdiff_t>(3 * pixels);
-  return bytes < count ? bytes : count;
-}
-
 }  // namespace
 
 void Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes) {
-  const auto first = BytesToAlignment(row, count);
-  sse2::Invert(row, first, changes);
-  const auto done = first + channels::Invert<Lanes>(row + first, count - first, changes);
-  sse2::Invert(row + done, count - done, changes);
+  if (count < Lanes::kBytes) return sse2::Invert(row, count, changes);
+  channels::Invert<Lanes>(row, count, changes);
 }
 
 void Contrast(Byte* row, std::ptrdiff_t count, Integer factor) {
-  const auto first = BytesToAlignment(row, count);
-  sse2::Contrast(row, first, factor);
-  const auto done = first + channels::Contrast<Lanes>(row + first, count - first, factor);
-  sse2::Contrast(row + done, count - done, factor);
+  if (count < Lanes::kBytes) return sse2::Contrast(row, count, factor);
+  channels::Contrast<Lanes>(row, count, factor);
 }
 
 void Fade(Byte* row, std::ptrdiff_t count, Byte level) {
-  const auto first = BytesToAlignment(row, count);
-  sse2::Fade(row, first, level);
-  const auto done = first + channels::Fade<Lanes>(row + first, count - first, level);
-  sse2::Fade(row + done, count - done, level);
+  if (count < Lanes::kBytes) return sse2::Fade(row, count, level);
+  channels::Fade<Lanes>(row, count, level);
 }
 
 void SharpenByHalf(Byte* row, const Byte* diagonal, std::ptrdiff_t count) {

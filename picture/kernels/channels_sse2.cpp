@@ -43,18 +43,18 @@ struct Lanes {
 }  // namespace
 
 void Invert(Byte* row, std::ptrdiff_t count, const PixelPattern& changes) {
-  const auto done = channels::Invert<Lanes>(row, count, changes);
-  scalar::Invert(row + done, count - done, changes);
+  if (count < Lanes::kBytes) return scalar::Invert(row, count, changes);
+  channels::Invert<Lanes>(row, count, changes);
 }
 
 void Contrast(Byte* row, std::ptrdiff_t count, Integer factor) {
-  const auto done = channels::Contrast<Lanes>(row, count, factor);
-  scalar::Contrast(row + done, count - done, factor);
+  if (count < Lanes::kBytes) return scalar::Contrast(row, count, factor);
+  channels::Contrast<Lanes>(row, count, factor);
 }
 
 void Fade(Byte* row, std::ptrdiff_t count, Byte level) {
-  const auto done = channels::Fade<Lanes>(row, count, level);
-  scalar::Fade(row + done, count - done, level);
+  if (count < Lanes::kBytes) return scalar::Fade(row, count, level);
+  channels::Fade<Lanes>(row, count, level);
 }
 
 void SharpenByHalf(Byte* row, const Byte* diagonal, std::ptrdiff_t count) {

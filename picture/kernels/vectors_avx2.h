@@ -41,11 +41,6 @@ inline __m256i LoadHalves(const Byte* low, const Byte* high) {
   return _mm256_inserti128_si256(_mm256_castsi128_si256(Load16(low)), Load16(high), 1);
 }
 
-inline void StoreHalves(Byte* low, Byte* high, __m256i bytes) {
-  Store16(low, _mm256_castsi256_si128(bytes));
-  Store16(high, _mm256_extracti128_si256(bytes, 1));
-}
-
 // The same bytes in both halves.
 inline __m256i Both(__m128i half) {
   return _mm256_broadcastsi128_si256(half);
