@@ -31,6 +31,16 @@ void Container::Show(IOleObject& control) {
   PumpMessages();
 }
 
+void Container::FitToWindow(IOleObject& control) {
+  RECT inside{};
+  ::GetClientRect(m_window, &inside);
+  if (::EqualRect(&inside, &place)) return;
+  place = inside;
+  ComPtr<IOleInPlaceObject> inPlace;
+  control.QueryInterface(IID_IOleInPlaceObject, inPlace.ReceiveVoid());
+  inPlace->SetObjectRects(&place, &place);
+}
+
 void Container::PumpMessages() {
   ::MSG message;
   while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) ::DispatchMessageW(&message);

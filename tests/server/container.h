@@ -30,6 +30,8 @@ class Container : public IOleClientSite, public IOleInPlaceSite {
   // Site, extent, verb and rectangles in the order in which the system's own containers give them.
   void Show(IOleObject& control);
   void PumpMessages();
+  // Gives the control all of the window when its user has changed the size.
+  void FitToWindow(IOleObject& control);
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
   STDMETHODIMP_(ULONG) AddRef() override { return ++m_references; }
