@@ -52,6 +52,7 @@ std::vector<Entry> Entries(const std::wstring& file) {
       {controlClass + L"\\Version", nullptr, kVersion},
       {controlClass + L"\\Control", nullptr, L""},
       {controlClass + L"\\Programmable", nullptr, L""},
+      {controlClass + L"\\ToolboxBitmap32", nullptr, file + L", 1"},  // its number in quillet.rc
       {controlClass + L"\\MiscStatus", nullptr, L"0"},
       {controlClass + L"\\MiscStatus\\1", nullptr, std::to_wstring(kMiscStatus)},
       {controlClass + L"\\Implemented Categories", nullptr, L""},

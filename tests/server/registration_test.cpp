@@ -93,6 +93,26 @@ TEST_F(Registered, TheTypeLibraryAndTheControlsMarksAreFound) {
       classes.contains(key + L"\\Implemented Categories\\{40FC6ED4-2438-11CF-A3DB-080036F12502}"));
 }
 
+TEST_F(Registered, FormDesignersFindItsBitmap) {
+  const Content classes = Classes();
+  const auto entry =
+      classes.find(L"all\\CLSID\\{0D034ABE-7E78-4411-B28B-D9B46A7CE9BF}\\ToolboxBitmap32@");
+  ASSERT_NE(entry, classes.end());
+  std::wstring named = entry->second;
+  named.resize(named.find(L'\0'));
+  const std::size_t comma = named.rfind(L',');
+  const HMODULE file =
+      ::LoadLibraryExW(named.substr(0, comma).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+  const HANDLE bitmap = ::LoadImageW(file, MAKEINTRESOURCEW(std::stoi(named.substr(comma + 1))),
+                                     IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION);
+  ::BITMAP shown{};
+  EXPECT_EQ(::GetObjectW(bitmap, sizeof shown, &shown), static_cast<int>(sizeof shown));
+  EXPECT_EQ(shown.bmWidth, 16);
+  EXPECT_EQ(shown.bmHeight, 16);
+  ::DeleteObject(bitmap);
+  ::FreeLibrary(file);
+}
+
 TEST_F(Registered, TheSystemsOwnContainerShowsIt) {
   using Initialise = BOOL(WINAPI*)();
   using GetControl = HRESULT(WINAPI*)(HWND, ::IUnknown**);
