@@ -1,5 +1,6 @@
-// A window with the control in it, and the file that the command line names. The system's own
-// container (atl.dll) does the hosting; the control is registered before.
+// A window with the control in it, which shows the file that the command line names, or scans a
+// page when it names none. The system's own container (atl.dll) does the hosting; the control is
+// registered before.
 //
 //   x86_64-w64-mingw32-g++ -municode -mwindows -static minimal_host.cpp -lole32 -loleaut32 -luuid
 //   minimal_host.exe C:\pictures\page.png
@@ -82,6 +83,12 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR file, int show) {
     Invoke(control, L"filename", DISPATCH_PROPERTYPUT, &name);
     SysFreeString(name.bstrVal);
     Invoke(control, L"Load", DISPATCH_METHOD, nullptr);
+  } else {
+    VARIANT dotsPerInch;
+    dotsPerInch.vt = VT_I2;
+    dotsPerInch.iVal = 150;
+    Invoke(control, L"Resolution", DISPATCH_PROPERTYPUT, &dotsPerInch);
+    Invoke(control, L"Scan", DISPATCH_METHOD, nullptr);
   }
 
   MSG message;

@@ -8,12 +8,16 @@
 //   left     as window, and it leaves that window behind
 //   closed   it asks to be closed, by calling the manager
 //
-// Where QUILLET_TEST_SOURCE_LOG names a file, what was out of order is written there.
+// Where QUILLET_TEST_SOURCE_LOG names a file, what was out of order is written there. Where
+// QUILLET_TEST_SOURCE_PAGE names a BMP file, that is the page, as it is.
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "tests/windows/test_manager.h"
 #include "tests/windows/test_page.h"
@@ -51,6 +55,18 @@ T Read(const void* pData) {
 template <typename T>
 void Give(void* pData, const T& value) {
   std::memcpy(pData, &value, sizeof value);
+}
+
+// A BMP file's bitmap, which its receiver frees; null for a file that is none.
+HGLOBAL PackedFrom(const std::string& fileName) {
+  std::ifstream file(fileName, std::ios::binary);
+  const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+  if (bytes.size() <= sizeof(::BITMAPFILEHEADER)) return nullptr;
+  const std::size_t size = bytes.size() - sizeof(::BITMAPFILEHEADER);
+  const HGLOBAL block = ::GlobalAlloc(GHND, size);
+  std::memcpy(::GlobalLock(block), bytes.data() + sizeof(::BITMAPFILEHEADER), size);
+  ::GlobalUnlock(block);
+  return block;
 }
 
 class Source {
@@ -205,8 +221,8 @@ class Source {
   TW_UINT16 Transfer(void* pData) {
     if (!In(6)) return TWRC_FAILURE;
     m_state = 7;
-    const TestPage page{m_resolution, m_pixelType};
-    Give(pData, page.Packed());
+    const std::string file = Variable("QUILLET_TEST_SOURCE_PAGE");
+    Give(pData, file.empty() ? TestPage{m_resolution, m_pixelType}.Packed() : PackedFrom(file));
     return TWRC_XFERDONE;
   }
 
