@@ -20,6 +20,13 @@ bool IsOwnKey(const ::MSG& message) {
   }
 }
 
+// The modifier keys that are held, as a container's site takes them (KEYMODIFIERS).
+DWORD HeldModifiers() {
+  constexpr DWORD kShift = 1, kControl = 2, kAlt = 4;
+  return (::GetKeyState(VK_SHIFT) < 0 ? kShift : 0) |
+         (::GetKeyState(VK_CONTROL) < 0 ? kControl : 0) | (::GetKeyState(VK_MENU) < 0 ? kAlt : 0);
+}
+
 }  // namespace
 
 HRESULT ActivePart::GetWindow(HWND* window) {
@@ -44,7 +51,7 @@ HRESULT ActivePart::TranslateAccelerator(::MSG* message) {
     ComPtr<IOleControlSite> controls;
     if (!site || FAILED(site->QueryInterface(IID_IOleControlSite, controls.ReceiveVoid())))
       return S_FALSE;
-    return controls->TranslateAccelerator(message, 0);
+    return controls->TranslateAccelerator(message, HeldModifiers());
   });
 }
 

@@ -1,6 +1,7 @@
 #include "server/connection_point.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "server/entry.h"
 #include "server/enumerator.h"
@@ -17,8 +18,8 @@ struct ConnectionPoint::ConnectionTraits {
 };
 
 void ConnectionPoint::Close() noexcept {
-  for (const Connection& connection : m_connections) Disconnect(connection.cookie);
-  m_connections.clear();
+  const auto leaving = std::exchange(m_connections, {});
+  for (const Connection& connection : leaving) Disconnect(connection.cookie);
 }
 
 HRESULT ConnectionPoint::QueryInterface(REFIID iid, void** object) {
@@ -58,12 +59,12 @@ HRESULT ConnectionPoint::Advise(::IUnknown* sink, DWORD* cookie) {
 
 HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
   return EnterControl(m_core, [&]() -> HRESULT {
-    if (!Disconnect(cookie)) return CONNECT_E_NOCONNECTION;
-    // Letting go of the sink may come back here, so it is done last.
-    const auto found = std::find_if(m_connections.begin(), m_connections.end(),
-                                    [&](const Connection& one) { return one.cookie == cookie; });
-    const ComPtr<::IUnknown> last = found->sink;
+    const auto found = std::ranges::find(m_connections, cookie, &Connection::cookie);
+    if (found == m_connections.end()) return CONNECT_E_NOCONNECTION;
+    // Letting go of the sink may come back here, so it is done when the list is whole again.
+    const ComPtr<::IUnknown> leaving = std::move(found->sink);
     m_connections.erase(found);
+    Disconnect(cookie);
     return S_OK;
   });
 }

@@ -1,5 +1,7 @@
 #include "server/control_core.h"
 
+#include "server/entry.h"
+
 namespace quillet {
 namespace {
 
@@ -29,7 +31,13 @@ ControlCore::ControlCore(::IUnknown& identity, std::shared_ptr<Win32Platform> pl
       m_control(TWAIN::Create(m_platform->Contracts(), m_surface, m_notifier)),
       m_embedding(*this) {
   m_surface->Site(HWND_MESSAGE, {0, 0, kFirstSize, kFirstSize});
-  m_surface->UserControl().OnEntered([this] { m_embedding.Entered(); });
+  // A container that is told of it may let go of the control.
+  m_surface->UserControl().OnEntered([this] {
+    EnterControl(*this, [this] {
+      m_embedding.Entered();
+      return S_OK;
+    });
+  });
 }
 
 void ControlCore::Close() {

@@ -46,9 +46,16 @@ HRESULT Embedding::Activate(bool withKeys) {
     if (FAILED(clientSite->QueryInterface(IID_IOleInPlaceSite, site.ReceiveVoid())) || !site)
       return E_FAIL;
     if (site->CanInPlaceActivate() != S_OK) return E_FAIL;
-    HRESULT result = site->OnInPlaceActivate();
-    if (FAILED(result)) return result;
+    // The container may have taken its site back, or have activated the control by itself.
+    if (clientSite.get() != m_clientSite.get()) return E_UNEXPECTED;
+    if (IsActive()) return withKeys ? TakeKeys() : S_OK;
     m_inPlaceSite = site;
+    HRESULT result = site->OnInPlaceActivate();
+    if (FAILED(result)) {
+      m_inPlaceSite = {};
+      return result;
+    }
+    if (!IsActive()) return E_UNEXPECTED;
     result = StandIn(*site.get());
     if (FAILED(result)) {
       Deactivate();
@@ -88,6 +95,8 @@ HRESULT Embedding::TakeKeys() {
   m_hasKeys = true;
   const HWND window = m_core.Surface().UserControl().Window();
   if (!::IsChild(window, ::GetFocus())) ::SetFocus(window);
+  // Gone again meanwhile: a container must not keep it as the active object.
+  if (!m_hasKeys) return E_UNEXPECTED;
 
   ComPtr<IOleInPlaceActiveObject> active;
   m_core.Identity().QueryInterface(IID_IOleInPlaceActiveObject, active.ReceiveVoid());

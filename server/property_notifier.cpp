@@ -24,9 +24,16 @@ DWORD PropertyNotifier::Connect(ComPtr<IPropertyNotifySink> sink) {
 }
 
 bool PropertyNotifier::Disconnect(DWORD cookie) {
-  return std::erase_if(m_connections, [&](const Connection& connection) {
-           return connection.cookie == cookie;
-         }) > 0;
+  const auto found = std::ranges::find(m_connections, cookie, &Connection::cookie);
+  if (found == m_connections.end()) return false;
+  // Letting go of the sink may come back here, so it is done when the list is whole again.
+  const ComPtr<IPropertyNotifySink> leaving = std::move(found->sink);
+  m_connections.erase(found);
+  return true;
+}
+
+void PropertyNotifier::Close() noexcept {
+  const auto leaving = std::exchange(m_connections, {});
 }
 
 bool PropertyNotifier::IsConnected(DWORD cookie) const {

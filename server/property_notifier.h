@@ -16,7 +16,7 @@ class PropertyNotifier : public Site {
   DWORD Connect(ComPtr<IPropertyNotifySink> sink);
   bool Disconnect(DWORD cookie);
   // Nobody is told any more.
-  void Close() noexcept { m_connections.clear(); }
+  void Close() noexcept;
 
   bool IsDirty() const noexcept { return m_dirty; }
   void SetDirty(bool dirty) noexcept { m_dirty = dirty; }

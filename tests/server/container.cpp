@@ -57,9 +57,15 @@ HRESULT Container::QueryInterface(REFIID iid, void** object) {
   return S_OK;
 }
 
-HRESULT Container::SaveObject() {
-  m_calls.push_back("SaveObject");
+HRESULT Container::Record(const char* call) {
+  m_calls.push_back(call);
+  const auto act = onCall;
+  if (act) act(call);
   return S_OK;
+}
+
+HRESULT Container::SaveObject() {
+  return Record("SaveObject");
 }
 
 HRESULT Container::GetContainer(IOleContainer** container) {
@@ -68,8 +74,7 @@ HRESULT Container::GetContainer(IOleContainer** container) {
 }
 
 HRESULT Container::ShowObject() {
-  m_calls.push_back("ShowObject");
-  return S_OK;
+  return Record("ShowObject");
 }
 
 HRESULT Container::GetWindow(HWND* window) {
@@ -78,13 +83,11 @@ HRESULT Container::GetWindow(HWND* window) {
 }
 
 HRESULT Container::OnInPlaceActivate() {
-  m_calls.push_back("OnInPlaceActivate");
-  return S_OK;
+  return Record("OnInPlaceActivate");
 }
 
 HRESULT Container::OnUIActivate() {
-  m_calls.push_back("OnUIActivate");
-  return S_OK;
+  return Record("OnUIActivate");
 }
 
 HRESULT Container::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
@@ -98,13 +101,11 @@ HRESULT Container::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindo
 }
 
 HRESULT Container::OnUIDeactivate(BOOL) {
-  m_calls.push_back("OnUIDeactivate");
-  return S_OK;
+  return Record("OnUIDeactivate");
 }
 
 HRESULT Container::OnInPlaceDeactivate() {
-  m_calls.push_back("OnInPlaceDeactivate");
-  return S_OK;
+  return Record("OnInPlaceDeactivate");
 }
 
 }  // namespace quillet

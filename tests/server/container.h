@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,8 @@ class Container : public IOleClientSite, public IOleInPlaceSite {
   // What the control may answer for its place.
   RECT place{};
   bool refusesActivation = false;
+  // What the container does inside a call that it records.
+  std::function<void(const std::string& call)> onCall;
 
   std::vector<std::string> TakeCalls();
   // References that the control holds.
@@ -60,6 +63,8 @@ class Container : public IOleClientSite, public IOleInPlaceSite {
   STDMETHODIMP OnPosRectChange(LPCRECT) override { return S_OK; }
 
  private:
+  HRESULT Record(const char* call);
+
   WindowClass m_class{L"Quillet.TestContainer", 0, nullptr};
   HWND m_window;
   ULONG m_references = 0;

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+
 #include "tests/server/container.h"
 #include "tests/server/control_library.h"
 #include "tests/server/event_recorder.h"
@@ -181,6 +184,89 @@ TEST_F(Hosting, AHostMayLetGoOfEverythingInAnEvent) {
   EXPECT_EQ(library.CanUnload(), S_OK);
 }
 
+TEST_F(Hosting, AHostMayLetGoOfTheControlThatTakesTheKeys) {
+  Show();
+  const HWND box = BoxOf(control);
+  container.TakeCalls();
+  container.onCall = [&](const std::string& call) {
+    if (call != "OnUIActivate") return;
+    control = {};
+    EXPECT_EQ(container.TakeCalls(), Lines{"OnUIActivate"});  // it is at work, and ends after that
+  };
+  ::SendMessageW(box, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(container.Window()),
+                 MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN));
+  EXPECT_EQ(container.TakeCalls(), (Lines{"OnUIDeactivate", "OnInPlaceDeactivate"}));
+  EXPECT_EQ(container.References(), 0u);
+  EXPECT_EQ(library.CanUnload(), S_OK);
+}
+
+TEST_F(Hosting, AContainerMayUndoOrRepeatAnActivationInside) {
+  const auto object = As<IOleObject>(control);
+  const auto show = [&] {
+    return object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, nullptr, 0, nullptr, nullptr);
+  };
+  container.onCall = [&](const std::string& call) {
+    if (call == "OnInPlaceActivate") object->SetClientSite(nullptr);
+  };
+  object->SetClientSite(&container);
+  EXPECT_EQ(show(), E_UNEXPECTED);
+  EXPECT_EQ(container.TakeCalls(), (Lines{"OnInPlaceActivate", "OnInPlaceDeactivate"}));
+  EXPECT_EQ(container.References(), 0u);
+
+  container.onCall = [&](const std::string& call) {
+    if (call == "OnInPlaceActivate") show();
+  };
+  object->SetClientSite(&container);
+  EXPECT_EQ(show(), S_OK);
+  EXPECT_EQ(container.TakeCalls(), (Lines{"OnInPlaceActivate", "ShowObject"}));
+}
+
+// A container that is offered the keys which the control does not take.
+class KeySite : public Container, public IOleControlSite {
+ public:
+  using Container::Container;
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    if (iid != IID_IOleControlSite) return Container::QueryInterface(iid, object);
+    *object = static_cast<IOleControlSite*>(this);
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return Container::AddRef(); }
+  STDMETHODIMP_(ULONG) Release() override { return Container::Release(); }
+  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
+  STDMETHODIMP LockInPlaceActive(BOOL) override { return S_OK; }
+  STDMETHODIMP GetExtendedControl(::IDispatch**) override { return E_NOTIMPL; }
+  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
+  STDMETHODIMP TranslateAccelerator(::MSG*, DWORD held) override {
+    modifiers.push_back(held);
+    return S_OK;
+  }
+  STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
+  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+
+  std::vector<DWORD> modifiers;
+};
+
+TEST_F(Hosting, AContainersKeysComeWithTheModifiersThatAreHeld) {
+  KeySite site(100, 80);
+  const auto object = As<IOleObject>(control);
+  object->SetClientSite(&site);
+  ::MSG tab{};
+  tab.message = WM_KEYDOWN;
+  tab.wParam = VK_TAB;
+  for (const int key : {0, VK_SHIFT, VK_CONTROL, VK_MENU}) {
+    BYTE held[256]{};
+    held[key] = 0x80;
+    ::SetKeyboardState(held);
+    EXPECT_EQ(As<IOleInPlaceActiveObject>(control)->TranslateAccelerator(&tab), S_OK);
+  }
+  BYTE none[256]{};
+  ::SetKeyboardState(none);
+  EXPECT_EQ(site.modifiers, (std::vector<DWORD>{0, 1, 2, 4}));
+  object->SetClientSite(nullptr);
+}
+
 class Notified : public IPropertyNotifySink {
  public:
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
@@ -189,7 +275,11 @@ class Notified : public IPropertyNotifySink {
     return known ? S_OK : E_NOINTERFACE;
   }
   STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  STDMETHODIMP_(ULONG) Release() override {
+    const auto act = std::exchange(onRelease, {});
+    if (act) act();
+    return 1;
+  }
   STDMETHODIMP OnChanged(DISPID number) override {
     numbers.push_back(number);
     return answer;
@@ -197,6 +287,7 @@ class Notified : public IPropertyNotifySink {
   STDMETHODIMP OnRequestEdit(DISPID) override { return S_OK; }
 
   HRESULT answer = S_OK;
+  std::function<void()> onRelease;  // once
   std::vector<DISPID> numbers;
 };
 
@@ -217,6 +308,31 @@ TEST_F(Hosting, ChangedPropertiesAreToldByNumberAndAFailureComesBackAfterTheValu
   EXPECT_EQ(quality, 4);
   EXPECT_EQ(point->Unadvise(cookie), S_OK);
   EXPECT_EQ(point->Unadvise(cookie), CONNECT_E_NOCONNECTION);
+}
+
+TEST_F(Hosting, ASinkThatIsLetGoMayEndConnectionsItself) {
+  Notified first, second, third;
+  ComPtr<IConnectionPoint> point;
+  As<IConnectionPointContainer>(control)->FindConnectionPoint(IID_IPropertyNotifySink,
+                                                              point.Receive());
+  DWORD cookies[3]{};
+  point->Advise(&first, &cookies[0]);
+  point->Advise(&second, &cookies[1]);
+  point->Advise(&third, &cookies[2]);
+  first.onRelease = [&] {
+    EXPECT_EQ(point->Unadvise(cookies[0]), CONNECT_E_NOCONNECTION);
+    EXPECT_EQ(point->Unadvise(cookies[1]), S_OK);
+  };
+  EXPECT_EQ(point->Unadvise(cookies[0]), S_OK);
+  control->put_Quality(3);
+  EXPECT_EQ(first.numbers.size() + second.numbers.size(), 0u);
+  EXPECT_EQ(third.numbers.size(), 1u);
+  // The control's end, too.
+  IConnectionPoint* last = point.get();
+  third.onRelease = [&] { EXPECT_EQ(last->Unadvise(cookies[2]), CONNECT_E_NOCONNECTION); };
+  point = {};
+  control = {};
+  EXPECT_FALSE(third.onRelease);
 }
 
 TEST_F(Hosting, TheConnectionPointsAreListed) {
