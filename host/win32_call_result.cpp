@@ -14,13 +14,16 @@ namespace {
 [[noreturn]] void Throw(HRESULT failure, BSTR description) {
   const auto number = static_cast<ErrorNumber>(HRESULT_CODE(failure));
   if (failure == ResultOf(number)) throw RunTimeError::Told(number, FromBstr(description));
-  char text[48];
-  std::snprintf(text, sizeof text, "the control answers 0x%08lX",
-                static_cast<unsigned long>(failure));
-  throw std::runtime_error(text);
+  throw std::runtime_error("the control answers " + TextOf(failure));
 }
 
 }  // namespace
+
+std::string TextOf(HRESULT result) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(result));
+  return text;
+}
 
 void ThrowFailure(HRESULT failure, const EXCEPINFO& told) {
   Throw(failure == DISP_E_EXCEPTION ? told.scode : failure, told.bstrDescription);

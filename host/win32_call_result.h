@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "platform/win32/sdk.h"
 
 namespace quillet {
@@ -11,5 +13,8 @@ namespace quillet {
 
 // The same for a failure whose text was left for the thread.
 void RequireCall(HRESULT result);
+
+// 0x8000FFFF and the like.
+std::string TextOf(HRESULT result);
 
 }  // namespace quillet

@@ -36,14 +36,18 @@ class Library {
 
 using FactoryRef = ComPtr<IClassFactory>;
 
+[[noreturn]] void FailToLoad(const std::string& error) {
+  throw std::runtime_error("cannot be loaded by a " + std::to_string(8 * sizeof(void*)) +
+                           "-bit program (" + error + ")");
+}
+
 // By its full name, or the system would look for it in other folders too.
 HMODULE Load(const std::string& fileName) {
   const std::filesystem::path file = std::filesystem::absolute(Utf16(fileName));
   if (const HMODULE module = ::LoadLibraryW(file.c_str())) return module;
   const DWORD error = ::GetLastError();
-  if (!std::filesystem::exists(file)) throw std::runtime_error("there is no such file");
-  throw std::runtime_error("cannot be loaded by a " + std::to_string(8 * sizeof(void*)) +
-                           "-bit program (system error " + std::to_string(error) + ")");
+  if (!std::filesystem::is_regular_file(file)) throw std::runtime_error("there is no such file");
+  FailToLoad("system error " + std::to_string(error));
 }
 
 // The library whose code an object runs.
@@ -74,7 +78,9 @@ class Win32ControlFile : public ControlFile {
         m_library.Find<HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
     if (!entry) throw std::runtime_error("holds no control");
     FactoryRef factory;
-    RequireCall(entry(kControlClass, IID_IClassFactory, factory.ReceiveVoid()));
+    const HRESULT result = entry(kControlClass, IID_IClassFactory, factory.ReceiveVoid());
+    if (result == CLASS_E_CLASSNOTAVAILABLE) throw std::runtime_error("holds no control");
+    RequireCall(result);
     return factory;
   }
 
@@ -94,8 +100,10 @@ std::unique_ptr<ControlFile> LoadControlFile(const std::string& fileName) {
   if (FAILED(::CLSIDFromProgID(kRegisteredName, &id)))
     throw std::runtime_error("no control is registered as Quillet.Twain");
   FactoryRef factory;
-  RequireCall(::CoGetClassObject(id, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
-                                 factory.ReceiveVoid()));
+  // Registered for programs of the other width only, or its file is gone.
+  const HRESULT result = ::CoGetClassObject(id, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                                            factory.ReceiveVoid());
+  if (FAILED(result)) FailToLoad(TextOf(result));
   return std::make_unique<Win32ControlFile>(LibraryOf(*factory.get()));
 }
 

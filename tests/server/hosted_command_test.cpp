@@ -76,9 +76,11 @@ TEST_F(HostedCommand, TellsWhatCannotBeHosted) {
     std::string file, reason;
   } kCases[] = {
       {m_folder.Path("none.ocx"), "there is no such file"},
+      {m_folder.Path(""), "there is no such file"},
       {m_folder.Path("page.bmp"), "cannot be loaded by a "},
       {"kernel32.dll", "there is no such file"},
       {Utf8(OcxPath()) + "\\..\\..\\tests\\second_copy.dll", "holds no control"},
+      {"C:\\windows\\system32\\atl.dll", "holds no control"},  // but other classes
   };
   for (const auto& [file, reason] : kCases) {
     const Outcome outcome = Quillet({"--ocx", file, "Quality"});
