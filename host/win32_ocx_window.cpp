@@ -40,12 +40,12 @@ ControlHandles WindowsOf(HWND control) {
   return found;
 }
 
+// By its style: a window that is smaller than its border has no room to measure it.
 SIZE FrameOf(HWND control) {
-  RECT outside{}, inside{};
-  ::GetWindowRect(control, &outside);
-  ::GetClientRect(control, &inside);
-  return {outside.right - outside.left - inside.right,
-          outside.bottom - outside.top - inside.bottom};
+  RECT frame{};
+  ::AdjustWindowRectEx(&frame, static_cast<DWORD>(::GetWindowLongPtrW(control, GWL_STYLE)), FALSE,
+                       static_cast<DWORD>(::GetWindowLongPtrW(control, GWL_EXSTYLE)));
+  return {frame.right - frame.left, frame.bottom - frame.top};
 }
 
 // Whatever the bar's Max, its Min is 0; a Max below that is the lower end.

@@ -71,6 +71,12 @@ TEST_F(HostedCommand, SettingsThatDoNotFitLeaveAControlThatCanBeUsed) {
   EXPECT_NE(outcome.err.find("the control is gone"), std::string::npos) << outcome.err;
 }
 
+TEST_F(HostedCommand, TheBorderComesOnTopOfTheSmallestInsideToo) {
+  const Outcome outcome =
+      Quillet({"--ocx", Utf8(OcxPath()), "--view", "0x0", "@resize:50x40", "@layout"});
+  EXPECT_TRUE(outcome.out.starts_with("picTwain 0 0 750 600 50x40\n")) << outcome.out;
+}
+
 TEST_F(HostedCommand, TellsWhatCannotBeHosted) {
   const struct {
     std::string file, reason;
