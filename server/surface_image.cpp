@@ -32,14 +32,7 @@ SurfaceImage::SurfaceImage(Win32Surface& surface)
     : m_size(OutsideOf(surface.UserControl().Window())) {
   if (m_size.cx < 1 || m_size.cy < 1) return;
   const ::BITMAPINFO header = HeaderOf(m_size);
-  m_dc = ::CreateCompatibleDC(nullptr);
-  m_bitmap = ::CreateDIBSection(m_dc, &header, DIB_RGB_COLORS, &m_bits, nullptr, 0);
-  m_previous = ::SelectObject(m_dc, m_bitmap);
-  if (!m_previous) {
-    ::DeleteDC(m_dc);
-    if (m_bitmap) ::DeleteObject(m_bitmap);
-    throw RunTimeError(ErrorNumber::OutOfMemory);
-  }
+  m_canvas.emplace(::CreateDIBSection(nullptr, &header, DIB_RGB_COLORS, &m_bits, nullptr, 0));
   const Win32ControlSurface& control = surface.UserControl();
   PaintBorder(control);
   const SIZE frame = control.Frame();
@@ -50,17 +43,10 @@ SurfaceImage::SurfaceImage(Win32Surface& surface)
   ::GdiFlush();
 }
 
-SurfaceImage::~SurfaceImage() {
-  if (!m_dc) return;
-  ::SelectObject(m_dc, m_previous);
-  ::DeleteDC(m_dc);
-  ::DeleteObject(m_bitmap);
-}
-
 void SurfaceImage::PaintBorder(const Win32ControlSurface& control) const {
   RECT whole{0, 0, m_size.cx, m_size.cy};
-  ::FillRect(m_dc, &whole, ::GetSysColorBrush(COLOR_BTNFACE));
-  if (control.BorderStyle() == 1) ::DrawEdge(m_dc, &whole, EDGE_SUNKEN, BF_RECT);
+  ::FillRect(m_canvas->get(), &whole, ::GetSysColorBrush(COLOR_BTNFACE));
+  if (control.BorderStyle() == 1) ::DrawEdge(m_canvas->get(), &whole, EDGE_SUNKEN, BF_RECT);
 }
 
 // A child of the control, painted on a surface of its own: painting knows nothing of the place it
@@ -73,24 +59,17 @@ void SurfaceImage::PaintPart(HWND window, POINT inside, Win32Surface& surface) c
   const int width = place.right - place.left;
   const int height = place.bottom - place.top;
   if (width < 1 || height < 1) return;
-  const HDC dc = ::CreateCompatibleDC(nullptr);
-  const HBITMAP bitmap = ::CreateCompatibleBitmap(m_dc, width, height);
-  const HGDIOBJ previous = ::SelectObject(dc, bitmap);
-  if (previous) {
-    if (window == surface.picTwain().Window())
-      surface.picTwain().Draw(dc);
-    else
-      PaintBar(dc, window);
-    ::BitBlt(m_dc, inside.x + place.left, inside.y + place.top, width, height, dc, 0, 0, SRCCOPY);
-    ::SelectObject(dc, previous);
-  }
-  if (bitmap) ::DeleteObject(bitmap);
-  ::DeleteDC(dc);
-  if (!previous) throw RunTimeError(ErrorNumber::OutOfMemory);
+  const MemoryCanvas part(::CreateCompatibleBitmap(m_canvas->get(), width, height));
+  if (window == surface.picTwain().Window())
+    surface.picTwain().Draw(part.get());
+  else
+    PaintBar(part.get(), window);
+  ::BitBlt(m_canvas->get(), inside.x + place.left, inside.y + place.top, width, height, part.get(),
+           0, 0, SRCCOPY);
 }
 
 void SurfaceImage::Draw(HDC dc, const RECT& place) const {
-  if (!m_dc) return;
+  if (!m_canvas) return;
   const ::BITMAPINFO header = HeaderOf(m_size);
   const int mode = ::SetStretchBltMode(dc, COLORONCOLOR);
   const int rows =

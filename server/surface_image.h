@@ -1,7 +1,10 @@
 #pragma once
 
+#include <optional>
+
 #include "platform/win32/sdk.h"
 #include "platform/win32/win32_surface.h"
+#include "server/memory_canvas.h"
 
 namespace quillet {
 
@@ -13,7 +16,6 @@ class SurfaceImage {
   explicit SurfaceImage(Win32Surface& surface);
   SurfaceImage(const SurfaceImage&) = delete;
   SurfaceImage& operator=(const SurfaceImage&) = delete;
-  ~SurfaceImage();
 
   // Into a place in the units of the context; run-time error 7 when the device refuses it.
   void Draw(HDC dc, const RECT& place) const;
@@ -23,9 +25,7 @@ class SurfaceImage {
   void PaintPart(HWND window, POINT inside, Win32Surface& surface) const;
 
   SIZE m_size{};
-  HDC m_dc = nullptr;
-  HBITMAP m_bitmap = nullptr;
-  HGDIOBJ m_previous = nullptr;
+  std::optional<MemoryCanvas> m_canvas;  // none without a size
   void* m_bits = nullptr;
 };
 
