@@ -8,6 +8,7 @@
 #include "tests/support/environment_variable.h"
 #include "tests/support/error_of.h"
 #include "tests/support/hosted_control.h"
+#include "tests/support/platform_with.h"
 #include "tests/support/print_census.h"
 #include "tests/support/scripted_codecs.h"
 #include "tests/support/temporary_folder.h"
@@ -46,9 +47,7 @@ class FileMethods : public testing::Test {
   std::optional<ScriptedCodecs> codecs;
   HostedControl host{300, 200, [this](const Platform& all) {
                        codecs.emplace(all);
-                       return Platform{all.bitmaps, all.pictures, all.memory, all.messages,
-                                       all.sources, all.files,    *codecs,    all.dialogs,
-                                       all.forms,   all.system};
+                       return PlatformWith(*codecs, all);
                      }};
 };
 

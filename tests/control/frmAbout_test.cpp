@@ -10,6 +10,7 @@
 #include "base/runtime_error.h"
 #include "tests/support/error_of.h"
 #include "tests/support/hosted_control.h"
+#include "tests/support/platform_with.h"
 
 namespace quillet {
 namespace {
@@ -48,10 +49,7 @@ class About : public testing::Test {
   // A control on that machine, its forms shown by the platform or only kept.
   HostedControl::Replace Machine(ModalForms* shower) {
     return [this, shower](const Platform& all) {
-      return Platform{all.bitmaps,  all.pictures, all.memory,
-                      all.messages, all.sources,  all.files,
-                      all.codecs,   all.dialogs,  shower ? *shower : all.forms,
-                      system};
+      return PlatformWith(shower ? *shower : all.forms, PlatformWith(system, all));
     };
   }
   static const FormControl& Find(const Form& form, const std::string& name) {

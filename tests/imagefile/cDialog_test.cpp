@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "embed/stage.h"
+#include "tests/support/platform_with.h"
 
 namespace quillet {
 namespace {
@@ -30,13 +31,9 @@ class ScriptedDialogs : public Dialogs {
 
 class FileDialog : public testing::Test {
  protected:
-  const std::unique_ptr<Stage> m_platform = MakeStage();
+  const std::unique_ptr<Stage> m_stage = MakeStage();
   ScriptedDialogs m_dialogs;
-  Platform m_contracts{m_platform->Contracts().bitmaps, m_platform->Contracts().pictures,
-                       m_platform->Contracts().memory,  m_platform->Contracts().messages,
-                       m_platform->Contracts().sources, m_platform->Contracts().files,
-                       m_platform->Contracts().codecs,  m_dialogs,
-                       m_platform->Contracts().forms,   m_platform->Contracts().system};
+  Platform m_contracts = PlatformWith(m_dialogs, m_stage->Contracts());
   cDialog m_dialog{m_contracts};
   std::string m_filter;
 };

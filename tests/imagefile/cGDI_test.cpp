@@ -9,6 +9,7 @@
 #include "tests/support/environment_variable.h"
 #include "tests/support/faulty_platform.h"
 #include "tests/support/pictures.h"
+#include "tests/support/platform_with.h"
 #include "tests/support/print_census.h"
 #include "tests/support/scripted_codecs.h"
 #include "tests/support/temporary_folder.h"
@@ -48,16 +49,7 @@ class ImageFiles : public testing::Test {
   Platform& m_platform = m_stage->Contracts();
   ScriptedCodecs m_codecs{m_platform};
   FaultyPlatform m_faulty{m_platform};
-  Platform m_contracts{m_faulty.Contracts().bitmaps,
-                       m_faulty.Contracts().pictures,
-                       m_faulty.Contracts().memory,
-                       m_faulty.Contracts().messages,
-                       m_faulty.Contracts().sources,
-                       m_faulty.Contracts().files,
-                       m_codecs,
-                       m_faulty.Contracts().dialogs,
-                       m_faulty.Contracts().forms,
-                       m_faulty.Contracts().system};
+  Platform m_contracts = PlatformWith(m_codecs, m_faulty.Contracts());
   PictureRef m_picture = PictureOf(m_platform, 5, 4, Gradient);
   cGDI m_gdi{m_contracts};
   TemporaryFolder m_folder;
@@ -105,16 +97,7 @@ TEST_F(Save, EndsAtTheFirstStepThatFailsAndAnswersItsStatus) {
   for (const auto& [step, calls] : cases) {
     ScriptedCodecs codecs(m_platform);
     codecs.Answer(step, CodecStatus::Win32Error);
-    Platform contracts{m_contracts.bitmaps,
-                       m_contracts.pictures,
-                       m_contracts.memory,
-                       m_contracts.messages,
-                       m_contracts.sources,
-                       m_contracts.files,
-                       codecs,
-                       m_contracts.dialogs,
-                       m_contracts.forms,
-                       m_contracts.system};
+    Platform contracts = PlatformWith(codecs, m_contracts);
     cGDI gdi(contracts);
     gdi.PutBitmapPicture(m_picture);
     EXPECT_EQ(gdi.SaveImage(m_file, 0, 255, 0), Status(CodecStatus::Win32Error));

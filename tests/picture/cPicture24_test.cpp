@@ -12,6 +12,7 @@
 #include "tests/support/faulty_platform.h"
 #include "tests/support/forwarding_bitmaps.h"
 #include "tests/support/pictures.h"
+#include "tests/support/platform_with.h"
 
 namespace quillet {
 namespace {
@@ -174,7 +175,7 @@ TEST_F(PictureBuffer, CropReadsABitmapThatTheHostHasSelectedElsewhere) {
   const SelectGuard selected(platform.bitmaps, dc.get(), picture->Handle());
   ASSERT_TRUE(selected);
   SameHandle bitmaps(platform.bitmaps);
-  Platform other = WithBitmaps(bitmaps, platform);
+  Platform other = PlatformWith(bitmaps, platform);
   for (Platform* services : {&platform, &other}) {
     cPicture24 buffer(*services);
     buffer.CopyFromPicture(picture);
@@ -186,7 +187,7 @@ TEST_F(PictureBuffer, CropReadsABitmapThatTheHostHasSelectedElsewhere) {
 
 TEST_F(PictureBuffer, ACopyServiceMayHandBackTheSourceItself) {
   SameHandle bitmaps(platform.bitmaps);
-  Platform other = WithBitmaps(bitmaps, platform);
+  Platform other = PlatformWith(bitmaps, platform);
   const PictureRef picture = Gradient24(6, 5);
   {
     cPicture24 buffer(other);

@@ -6,6 +6,7 @@
 
 #include "control/dispatch.h"
 #include "control/events.h"
+#include "host/enumerations.h"
 #include "platform/win32/text.h"
 #include "tests/server/control_library.h"
 
@@ -66,31 +67,7 @@ std::string TypeText(ITypeInfo& info, const TYPEDESC& type) {
 }
 
 std::string KindText(ValueKind kind) {
-  switch (kind) {
-    case ValueKind::None:
-      return "";
-    case ValueKind::Int16:
-      return "Integer";
-    case ValueKind::Int32:
-      return "Long";
-    case ValueKind::Float32:
-      return "Single";
-    case ValueKind::Boolean:
-      return "Boolean";
-    case ValueKind::String:
-      return "String";
-    case ValueKind::Picture:
-      return "IPictureDisp*";
-    case ValueKind::OleColor:
-      return "OLE_COLOR";
-    case ValueKind::ImageColorType:
-      return "IMAGE_COLORTYPE";
-    case ValueKind::ImageType:
-      return "IMAGE_TYPE";
-    case ValueKind::FitType:
-      return "FIT_TYPE";
-  }
-  return "?";
+  return kind == ValueKind::Picture ? "IPictureDisp*" : NameOfKind(kind);
 }
 
 // One line tells all there is of a function: number, access, name, parameters, result, help.

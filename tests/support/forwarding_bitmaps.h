@@ -41,10 +41,4 @@ class ForwardingBitmaps : public BitmapServices {
   BitmapServices& m_services;
 };
 
-// A platform with those bitmap services in place of its own.
-inline Platform WithBitmaps(BitmapServices& bitmaps, const Platform& rest) {
-  return {bitmaps,    rest.pictures, rest.memory,  rest.messages, rest.sources,
-          rest.files, rest.codecs,   rest.dialogs, rest.forms,    rest.system};
-}
-
 }  // namespace quillet

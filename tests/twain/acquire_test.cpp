@@ -11,6 +11,7 @@
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_platform.h"
 #include "tests/support/pictures.h"
+#include "tests/support/platform_with.h"
 #include "tests/support/print_census.h"
 #include "tests/support/scripted_source_manager.h"
 #include "tests/support/temporary_folder.h"
@@ -76,16 +77,7 @@ class Acquire : public testing::Test {
   ScriptedSourceManager m_sources{*m_stage};
   std::unique_ptr<SourceManager> m_manager = AsPrograms(m_sources);
   FaultyPlatform m_faulty{m_platform};
-  Platform m_contracts{m_faulty.Contracts().bitmaps,
-                       m_faulty.Contracts().pictures,
-                       m_faulty.Contracts().memory,
-                       m_faulty.Contracts().messages,
-                       *m_manager,
-                       m_faulty.Contracts().files,
-                       m_faulty.Contracts().codecs,
-                       m_faulty.Contracts().dialogs,
-                       m_faulty.Contracts().forms,
-                       m_faulty.Contracts().system};
+  Platform m_contracts = PlatformWith(*m_manager, m_faulty.Contracts());
   cTwain m_twain{m_contracts};
   PictureRef m_picture = m_platform.pictures.EmptyPicture();
 };
@@ -148,9 +140,7 @@ TEST_F(Acquire, EveryRefusalEndsInOrder) {
     ScriptedSourceManager sources(*m_stage);
     const auto manager = AsPrograms(sources);
     sources.Answer(refused.operation, refused.answer);
-    const Platform& all = m_platform;
-    Platform contracts{all.bitmaps, all.pictures, all.memory,  all.messages, *manager,
-                       all.files,   all.codecs,   all.dialogs, all.forms,    all.system};
+    Platform contracts = PlatformWith(*manager, m_platform);
     cTwain twain(contracts);
     PictureRef picture;
     EXPECT_EQ(twain.Acquire(picture, 75, twRGB, true, false, ""), refused.result);
@@ -402,9 +392,7 @@ TEST_F(Acquire, AMissingManagerIsAnErrorThatLeavesNothing) {
     }
     std::string AnsiText(const std::string& text, std::size_t) const override { return text; }
   } none;
-  const Platform& all = m_platform;
-  Platform contracts{all.bitmaps, all.pictures, all.memory,  all.messages, none,
-                     all.files,   all.codecs,   all.dialogs, all.forms,    all.system};
+  Platform contracts = PlatformWith(none, m_platform);
   cTwain twain(contracts);
   EXPECT_EQ(ErrorOf([&] { twain.Acquire(m_picture, 75, twRGB, true, false, ""); }),
             ErrorNumber::FileNotFound);
@@ -432,9 +420,7 @@ TEST_F(Acquire, ChoosingASourceClosesWhatWasChosen) {
     ScriptedSourceManager sources(*m_stage);
     const auto manager = AsPrograms(sources);
     sources.Answer(refused.operation, refused.answer);
-    const Platform& all = m_platform;
-    Platform contracts{all.bitmaps, all.pictures, all.memory,  all.messages, *manager,
-                       all.files,   all.codecs,   all.dialogs, all.forms,    all.system};
+    Platform contracts = PlatformWith(*manager, m_platform);
     cTwain twain(contracts);
     EXPECT_EQ(twain.SelectDataSource(""), refused.result) << refused.operation;
     EXPECT_EQ(sources.TakeCalls(), refused.calls);

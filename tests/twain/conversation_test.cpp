@@ -11,6 +11,7 @@
 #include "embed/stage.h"
 #include "tests/support/environment_variable.h"
 #include "tests/support/faulty_platform.h"
+#include "tests/support/platform_with.h"
 #include "tests/support/print_census.h"
 #include "tests/support/scripted_source_manager.h"
 #include "tests/support/temporary_folder.h"
@@ -35,9 +36,7 @@ class Conversation : public testing::Test {
   ScriptedSourceManager m_sources{*m_stage};
   std::unique_ptr<SourceManager> m_manager = AsPrograms(m_sources);
   FaultyPlatform m_faulty{m_stage->Contracts()};
-  Platform& m_all = m_faulty.Contracts();
-  Platform m_contracts{m_all.bitmaps, m_all.pictures, m_all.memory,  m_all.messages, *m_manager,
-                       m_all.files,   m_all.codecs,   m_all.dialogs, m_all.forms,    m_all.system};
+  Platform m_contracts = PlatformWith(*m_manager, m_faulty.Contracts());
   cTwain m_twain{m_contracts};
   PictureRef m_picture;
 };
@@ -74,7 +73,7 @@ TEST_F(Conversation, RecordsAreEmptyUntilTheSourceFillsThem) {
 TEST_F(Conversation, AnImageThatComesWithARefusalIsFreed) {
   for (const TW_UINT16 answer : {TWRC_CANCEL, TWRC_FAILURE, TWRC_SUCCESS}) {
     m_sources.Do("GET DAT_IMAGENATIVEXFER", [&](void* pData) {
-      const GlobalHandle image = m_all.memory.GlobalAlloc(48);
+      const GlobalHandle image = m_contracts.memory.GlobalAlloc(48);
       std::memcpy(pData, &image, sizeof image);
       return answer;
     });

@@ -5,6 +5,7 @@
 #include "platform/portable/portable_pictures.h"
 #include "platform/portable/portable_platform.h"
 #include "tests/support/pictures.h"
+#include "tests/support/platform_with.h"
 
 namespace quillet {
 namespace {
@@ -14,16 +15,7 @@ class PortableBitmapsTest : public testing::Test {
   std::shared_ptr<PortableBitmaps> bitmaps = std::make_shared<PortableBitmaps>();
   PortablePictures pictures{bitmaps};
   PortablePlatform rest;
-  Platform platform{*bitmaps,
-                    pictures,
-                    rest.Contracts().memory,
-                    rest.Contracts().messages,
-                    rest.Contracts().sources,
-                    rest.Contracts().files,
-                    rest.Contracts().codecs,
-                    rest.Contracts().dialogs,
-                    rest.Contracts().forms,
-                    rest.Contracts().system};
+  Platform platform = PlatformWith(*bitmaps, PlatformWith(pictures, rest.Contracts()));
 };
 
 TEST_F(PortableBitmapsTest, CopiesOfAPictureShareItsPixelsUntilOneIsWritten) {

@@ -4,47 +4,18 @@
 
 #include <filesystem>
 
-#include "embed/portable_window.h"
+#include "embed/portable_stage.h"
 #include "platform/portable/portable_messages.h"
-#include "platform/portable/portable_platform.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/file_dialogs.h"
 
 namespace quillet {
 namespace {
 
 namespace fs = std::filesystem;
 
-class PortableDialogsTest : public testing::Test {
+class PortableDialogsTest : public FileDialogs {
  protected:
-  OPENFILENAME_RECORD Record(std::uint32_t flags) const {
-    OPENFILENAME_RECORD record;
-    record.hwndOwner = m_window->ControlsSurface()->UserControl().hWnd();
-    record.lpstrFile.assign(254, ' ');
-    record.lpstrFileTitle.assign(254, ' ');
-    record.lpstrInitialDir = m_folder.Path("");
-    record.Flags = flags;
-    return record;
-  }
-  // The path that the dialog closes with, empty when it is cancelled.
-  std::string Show(OPENFILENAME_RECORD record, bool saves) const {
-    const std::string before = record.lpstrFile;
-    const bool chosen =
-        saves ? m_dialogs.GetSaveFileNameA(record) : m_dialogs.GetOpenFileNameA(record);
-    if (!chosen) {
-      EXPECT_EQ(record.lpstrFile, before);
-      return "";
-    }
-    return record.lpstrFile.substr(0, record.lpstrFile.find('\0'));
-  }
-  std::string Save(std::uint32_t flags) const { return Show(Record(flags), true); }
-  std::string Open(std::uint32_t flags) const { return Show(Record(flags), false); }
-
-  PortablePlatform m_platform;
-  Dialogs& m_dialogs = m_platform.Contracts().dialogs;
-  std::unique_ptr<ControlWindow> m_window = std::make_unique<PortableWindow>(m_platform, 100, 100);
-  TemporaryFolder m_folder;
-  const std::string m_there = m_folder.Write("there", {});
-  const std::string m_missing = m_folder.Path("missing");
+  PortableMessages& m_queue = static_cast<PortableStage&>(*m_stage).Layer().Queue();
 };
 
 TEST_F(PortableDialogsTest, NamesCountFromTheInitialDirectoryOrFromAFolderTyped) {
@@ -85,16 +56,15 @@ TEST_F(PortableDialogsTest, TheOwnerIsALiveWindowOrNone) {
 }
 
 TEST_F(PortableDialogsTest, MessagesRunMeanwhileAndAQuitIsLeftToTheLoopOutside) {
-  PortableMessages& queue = m_platform.Queue();
-  queue.PostMessageA(WindowHandle::None, 0x0400, 0, 0);
+  m_queue.PostMessageA(WindowHandle::None, 0x0400, 0, 0);
   m_window->WillTypeFileName("there", true);
   EXPECT_EQ(Open(0), m_there);
   MSG message;
-  EXPECT_EQ(queue.GetMessageA(message), -1) << "nothing is left";
-  queue.PostQuitMessage(5);
+  EXPECT_EQ(m_queue.GetMessageA(message), -1) << "nothing is left";
+  m_queue.PostQuitMessage(5);
   m_window->WillTypeFileName("there", true);
   EXPECT_EQ(Open(0), "");
-  EXPECT_EQ(queue.GetMessageA(message), 0);
+  EXPECT_EQ(m_queue.GetMessageA(message), 0);
   EXPECT_EQ(message.wParam, 5u);
 }
 
